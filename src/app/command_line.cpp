@@ -1,0 +1,38 @@
+#include "command_line.h"
+
+namespace tavora {
+
+CommandLine parse_command_line(const std::vector<std::string>& args) {
+    CommandLine line;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--help" || arg == "-h") {
+            line.action = CommandLine::Action::Help;
+        } else if (arg == "--version") {
+            line.action = CommandLine::Action::Version;
+        } else if (arg == "--home") {
+            if (i + 1 >= args.size()) {
+                line.error = "--home needs a folder";
+                return line;
+            }
+            line.home = args[++i];
+        } else {
+            line.error = "unknown option: " + arg;
+            return line;
+        }
+    }
+    return line;
+}
+
+std::string usage_text() {
+    return "Usage: tavora [options]\n"
+           "\n"
+           "An unattended music programming and playout station.\n"
+           "\n"
+           "Options:\n"
+           "  --home DIR     install folder (default: $TAVORA_HOME or ~/tavora)\n"
+           "  --version      print the version and exit\n"
+           "  --help         print this text and exit\n";
+}
+
+}  // namespace tavora

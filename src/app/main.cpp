@@ -1,0 +1,27 @@
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "command_line.h"
+#include "version.h"
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    const tavora::CommandLine line = tavora::parse_command_line(args);
+    if (!line.error.empty()) {
+        std::cerr << "tavora: " << line.error << "\n\n" << tavora::usage_text();
+        return 2;
+    }
+    switch (line.action) {
+        case tavora::CommandLine::Action::Help:
+            std::cout << tavora::usage_text();
+            return 0;
+        case tavora::CommandLine::Action::Version:
+            std::cout << "tavora " << tavora::kVersion << "\n";
+            return 0;
+        case tavora::CommandLine::Action::Run:
+            break;
+    }
+    std::cout << tavora::usage_text();
+    return 0;
+}
