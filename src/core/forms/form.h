@@ -1,0 +1,87 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "core/forms/control.h"
+
+namespace tavora {
+
+// Base of every window's screen-state class: the window's own state and a
+// registry of its controls by name and index, so that tests, the simulator's
+// scripts and the Qt layer can click any control by name.
+class Form {
+  public:
+    using Handler = std::function<void(int index)>;
+
+    explicit Form(std::string name);
+    virtual ~Form() = default;
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+
+    const std::string& name() const { return name_; }
+
+    std::string Caption;
+    bool Visible = false;
+    bool Loaded = false;
+    int WindowState = 0;  // 0 normal, 1 minimised, 2 maximised
+    double Left = 0;
+    double Top = 0;
+    double Width = 0;
+    double Height = 0;
+    int MousePointer = 0;  // 11 is the hourglass
+
+    // The control by name, and index for a member of a control array; null
+    // when the window has no such control.
+    Control* find(std::string_view control, int index = -1);
+    const Control* find(std::string_view control, int index = -1) const;
+
+    // Runs the control's handler for an event ("Click", "LostFocus",
+    // "Scroll", "Change", ...). False when the control or handler is missing.
+    bool fire(std::string_view control, int index, std::string_view event);
+    bool click(std::string_view control, int index = -1) { return fire(control, index, "Click"); }
+
+    // Puts a value into a control as an operator would: a text box takes the
+    // text and raises Change; a check box takes 0/1 and raises Click; a list
+    // or combo selects the row with that text (or that number) and raises
+    // Click. False when the control is missing or the value doesn't fit.
+    bool set(std::string_view control, int index, const std::string& value);
+
+    // Names of every control, "Name" or "Name(i)", in order of creation.
+    std::vector<std::string> control_names() const;
+
+  protected:
+    enum class Kind { Plain, TextBox, CheckBox, List };
+
+    Control& add(std::string control, int index = -1, Kind kind = Kind::Plain);
+    Control& add_text(std::string control, int index = -1) {
+        return add(std::move(control), index, Kind::TextBox);
+    }
+    Control& add_check(std::string control, int index = -1) {
+        return add(std::move(control), index, Kind::CheckBox);
+    }
+    Control& add_list(std::string control, int index = -1) {
+        return add(std::move(control), index, Kind::List);
+    }
+    // One handler for every member of a control array, as the windows have.
+    void on(std::string control, std::string event, Handler handler);
+    void on_click(std::string control, Handler handler) {
+        on(std::move(control), "Click", std::move(handler));
+    }
+
+  private:
+    struct Entry {
+        std::unique_ptr<Control> control;
+        Kind kind;
+    };
+    std::string name_;
+    std::map<std::pair<std::string, int>, Entry> controls_;
+    std::vector<std::pair<std::string, int>> order_;
+    std::map<std::pair<std::string, std::string>, Handler> handlers_;
+};
+
+}  // namespace tavora
