@@ -14,7 +14,7 @@ namespace {
 constexpr long long kSecondsPerDay = 86400;
 
 // Days from 1970-01-01 of a proleptic Gregorian date (month 1 to 12).
-long long days_from_civil(long long y, int m, int d) {
+constexpr long long days_from_civil(long long y, int m, int d) {
     y -= m <= 2;
     const long long era = (y >= 0 ? y : y - 399) / 400;
     const long long yoe = y - era * 400;
@@ -23,7 +23,7 @@ long long days_from_civil(long long y, int m, int d) {
     return era * 146097 + doe - 719468;
 }
 
-const long long kEpoch = days_from_civil(1899, 12, 30);
+constexpr long long kEpoch = days_from_civil(1899, 12, 30);
 
 bool is_leap(long long y) {
     return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
