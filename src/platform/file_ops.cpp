@@ -47,6 +47,11 @@ bool MakeDir(const fs::path& path) {
 }
 
 bool WildcardMatch(std::string_view pattern, std::string_view name) {
+    // As in DOS, a name without an extension still matches "*.*" and "x.*".
+    if (pattern.size() >= 2 && pattern.substr(pattern.size() - 2) == ".*" &&
+        name.find('.') == std::string_view::npos) {
+        pattern.remove_suffix(2);
+    }
     const auto same = [](char a, char b) {
         return std::tolower(static_cast<unsigned char>(a)) ==
                std::tolower(static_cast<unsigned char>(b));

@@ -12,21 +12,13 @@ class FileOpsTest : public ::testing::Test {
     testing::TempFolder dir;
 };
 
-TEST_F(FileOpsTest, ExistsAndLengthTellFilesFromFolders) {
-    const auto f = dir.Write("qx1.mdb", "12345");
-    EXPECT_TRUE(files::Exists(f));
-    EXPECT_FALSE(files::Exists(dir.path())) << "a folder is not a file";
-    EXPECT_TRUE(files::FolderExists(dir.path()));
-    EXPECT_FALSE(files::Exists(dir.path() / "missing"));
-    EXPECT_EQ(files::Length(f), 5u);
-    EXPECT_FALSE(files::Length(dir.path() / "missing"));
-}
-
 TEST_F(FileOpsTest, CopyKillAndNameReportFailureInsteadOfThrowing) {
     const auto a = dir.Write("a.mdb", "new");
     const auto b = dir.Write("b.mdb", "older text");
     EXPECT_TRUE(files::Copy(a, b));
     EXPECT_EQ(files::Length(b), 3u) << "copy overwrites";
+    EXPECT_FALSE(files::Length(dir.path() / "missing"));
+    EXPECT_FALSE(files::Exists(dir.path())) << "a folder is not a file";
     EXPECT_FALSE(files::Copy(dir.path() / "missing", b));
     EXPECT_FALSE(files::Copy(a, dir.path() / "no" / "folder" / "c.mdb"));
 
@@ -60,6 +52,8 @@ TEST_F(FileOpsTest, ListMatchesWildcardsIgnoringCase) {
     EXPECT_TRUE(files::WildcardMatch("*a*b*", "xxaYYbzz"));
     EXPECT_FALSE(files::WildcardMatch("*a*b", "xxaYYbzz"));
     EXPECT_TRUE(files::WildcardMatch("*", ""));
+    EXPECT_TRUE(files::WildcardMatch("*.*", "README"));
+    EXPECT_FALSE(files::WildcardMatch("*.mp3", "mp3"));
     EXPECT_FALSE(files::WildcardMatch("?", ""));
 }
 
