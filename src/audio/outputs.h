@@ -1,0 +1,42 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "audio/mixer.h"
+
+namespace tavora::audio {
+
+// Plays to nowhere in real time: mixes 10 ms blocks on a thread of its own, paced by
+// the clock, so everything behaves as on a sound card.
+class NullOutput {
+  public:
+    explicit NullOutput(Mixer& mixer);
+    ~NullOutput();
+    NullOutput(const NullOutput&) = delete;
+    NullOutput& operator=(const NullOutput&) = delete;
+
+  private:
+    void run();
+    Mixer& mixer_;
+    std::atomic<bool> quit_{false};
+    std::thread thread_;
+};
+
+// The default sound card through PortAudio; mixes in its callback.
+class CardOutput {
+  public:
+    // nullptr and the reason when there is no device that takes our format.
+    static std::unique_ptr<CardOutput> open(Mixer& mixer, std::string& why);
+    ~CardOutput();
+    CardOutput(const CardOutput&) = delete;
+    CardOutput& operator=(const CardOutput&) = delete;
+
+  private:
+    CardOutput() = default;
+    void* stream_ = nullptr;
+};
+
+}  // namespace tavora::audio

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cmath>
+#include <cstdlib>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "audio/engine.h"
+
+namespace tavora::audio::test {
+
+inline std::string media(const std::string& name) {
+    return std::string(TAVORA_AUDIO_MEDIA) + "/" + name;
+}
+
+// An offline engine and a queue standing for the rule thread's event loop.
+class OfflineStation {
+  public:
+    OfflineStation()
+        : engine_(OutputKind::Offline, [this](std::function<void()> f) {
+              std::lock_guard lock(mutex_);
+              posted_.push_back(std::move(f));
+          }) {}
+
+    Engine& engine() { return engine_; }
+
+    // Runs what the engine has posted, as the rule thread would.
+    void run_events() {
+        for (;;) {
+            std::function<void()> f;
+            {
+                std::lock_guard lock(mutex_);
+                if (posted_.empty()) return;
+                f = std::move(posted_.front());
+                posted_.pop_front();
+            }
+            f();
+        }
+    }
+
+    // A player with its file open, or a failed test.
+    std::shared_ptr<Player> open(const std::string& name) {
+        auto player = engine_.add_player();
+        player->Open(media(name));
+        engine_.settle();
+        run_events();
+        return player;
+    }
+
+    std::vector<float> render(std::size_t frames) {
+        std::vector<float> out(frames * kChannels);
+        engine_.render(out.data(), frames);
+        run_events();
+        return out;
+    }
+
+  private:
+    std::mutex mutex_;
+    std::deque<std::function<void()>> posted_;
+    Engine engine_;
+};
+
+// The frame number that index.wav carries in its left channel.
+inline long index_at(const std::vector<float>& mix, std::size_t frame) {
+    return std::lround(mix[frame * kChannels] * 1048576.0);
+}
+
+}  // namespace tavora::audio::test
