@@ -69,6 +69,7 @@ struct Station {
     int Live_Pop = 0, Pause_At = 0;
     int Least_Ctr = 0, Least_Every = 15;
     std::string Log_Name;
+    std::string Log_Line;
     int Ply_View = 0;
     double Look_Play = 0, Look_Sched = 0;
     double Clock_Play = 0, Clock_Sched = 0;

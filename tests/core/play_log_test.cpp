@@ -1,0 +1,75 @@
+#include "core/log/play_log.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "core/settings/net_file.h"
+#include "platform/clock.h"
+#include "platform/dialog_stand_ins.h"
+#include "platform/launcher.h"
+#include "platform/path_map.h"
+#include "platform/virtual_scheduler.h"
+#include "runtime/dates.h"
+#include "runtime/random.h"
+#include "test_folder.h"
+
+namespace tavora {
+namespace {
+
+TEST(PlayLog, NameHasMonthAndDayWithoutZerosOrYear) {
+    EXPECT_EQ(log_name_for(DateSerial(2026, 1, 15)), "C:\\tavora\\qxl115.log");
+    EXPECT_EQ(log_name_for(DateSerial(2025, 11, 5) + 0.5), "C:\\tavora\\qxl115.log");
+    EXPECT_EQ(log_name_for(DateSerial(2026, 12, 31)), "C:\\tavora\\qxl1231.log");
+}
+
+TEST(PlayLog, LinesReadAsTheLogHasAlwaysRead) {
+    const double at = DateSerial(2026, 3, 2) + TimeSerial(21, 5, 7);
+    EXPECT_EQ(complete_line(at, 3, "Song - Artist"), "Complete at:9:05:07 PM- QX3 > Song - Artist");
+    EXPECT_EQ(complete_line(at, 7, "Song - Artist"),
+              "Complete at:9:05:07 PM- QX 7 > Song - Artist");
+    EXPECT_EQ(missing_line(at, "d:\\m\\a.mp3", "A - B"),
+              "ERROR FILE NOT FOUND >> 9:05:07 PM  d:\\m\\a.mp3 A - B");
+}
+
+TEST(PlayLog, LogOneAppendsAndClearsTheWaitingFlag) {
+    TestFolder folder;
+    VirtualClock clock(DateSerial(2026, 3, 2));
+    VirtualScheduler loop(clock);
+    ScriptedDialogs dialogs;
+    PathMap paths(folder.path());
+    RecordingLauncher launcher;
+    Random random;
+    Services services{clock, loop, dialogs, paths, launcher, random};
+
+    Station station;
+    station.Log_Name = log_name_for(clock.Now());
+    for (const char* line : {"first", "second"}) {
+        station.Log_Line = line;
+        station.Log_Due = 1;
+        Log_One(station, services);
+        EXPECT_EQ(station.Log_Due, 0);
+    }
+    std::ifstream in(folder.path() / "qxl32.log", std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    EXPECT_EQ(text.str(), "first\r\nsecond\r\n");
+}
+
+TEST(NetFile, MapsTheDriveInRemoteUseOnly) {
+    Station station;
+    const std::vector<DriveAlias> aliases = {{"E", "F"}, {"G", "f"}, {"H", "K"}};
+    station.Run_Mode = 0;
+    EXPECT_EQ(Net_File(station, aliases, "F:\\music\\a.mp3"), "F:\\music\\a.mp3");
+    station.Run_Mode = 1;
+    // Two rows for one letter: the later wins.
+    EXPECT_EQ(Net_File(station, aliases, "F:\\music\\a.mp3"), "g:\\music\\a.mp3");
+    EXPECT_EQ(Net_File(station, aliases, "d:\\music\\a.mp3"), "d:\\music\\a.mp3");
+    EXPECT_EQ(Net_File(station, aliases, "QXPL My List"), "QXPL My List");
+    station.Rev_Drive = 1;
+    EXPECT_EQ(Net_File(station, aliases, "h:\\x.mp3"), "k:\\x.mp3");
+}
+
+}  // namespace
+}  // namespace tavora

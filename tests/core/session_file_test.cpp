@@ -1,0 +1,124 @@
+#include "core/settings/session_file.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "test_folder.h"
+
+namespace tavora {
+namespace {
+
+std::filesystem::path write_file(const TestFolder& folder, const std::string& text) {
+    auto path = folder.path() / "qxbp.ini";
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+std::string read_whole(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+TEST(SessionFile, DefaultsWriteTheEighteenDefaultLines) {
+    TestFolder folder;
+    Station station;
+    station.Snip_Max = 3;  // a new file's value; start-up itself holds 1
+    ASSERT_TRUE(BP_Ini(station, folder.path() / "qxbp.ini"));
+    EXPECT_EQ(read_whole(folder.path() / "qxbp.ini"),
+              "0\r\n0\r\n2\r\n5\r\nFalse\r\nTrue\r\nFalse\r\n7\r\n0\r\nTrue\r\n2\r\n210\r\n"
+              "7950\r\n11565\r\n525\r\n2\r\n3\r\n15\r\n");
+}
+
+TEST(SessionFile, RoundTripKeepsEveryValueButTheSeventhPlayerView) {
+    TestFolder folder;
+    Station written;
+    written.BP_On = true;
+    written.BP_Block = 4;
+    written.Vid_On = true;
+    written.Ply7_View = false;
+    written.CD_On = true;
+    written.Ply7_MixOut = 9;
+    written.Antiskip = 3;
+    written.Marq_On = false;
+    written.Log_Due = 0;
+    written.Wnd_Left = 100;
+    written.Wnd_State = 0;
+    written.Snip_Max = 2;
+    written.Least_Every = 20;
+    ASSERT_TRUE(BP_Ini(written, folder.path() / "qxbp.ini"));
+
+    Station read;
+    ASSERT_TRUE(Read_BP(read, folder.path() / "qxbp.ini"));
+    EXPECT_TRUE(read.BP_On);
+    EXPECT_FALSE(read.BP_Tuesday);
+    EXPECT_EQ(read.BP_Block, 4);
+    EXPECT_TRUE(read.Vid_On);
+    EXPECT_TRUE(read.Ply7_View);
+    EXPECT_TRUE(read.CD_On);
+    EXPECT_EQ(read.Ply7_MixOut, 9);
+    EXPECT_EQ(read.Antiskip, 3);
+    EXPECT_FALSE(read.Marq_On);
+    EXPECT_EQ(read.Log_Due, 0);
+    EXPECT_DOUBLE_EQ(read.Wnd_Left, 100);
+    EXPECT_EQ(read.Wnd_State, 0);
+    EXPECT_EQ(read.Snip_Max, 2);
+    EXPECT_EQ(read.Least_Every, 20);
+}
+
+TEST(SessionFile, OldSixteenLineFileKeepsSnipMaxOfStartUp) {
+    TestFolder folder;
+    auto path =
+        write_file(folder, "1\n1\n3\n4\nTrue\nFalse\nFalse\n8\n1\nTrue\n0\n1\n2\n3\n4\n0\n");
+    Station station;  // Snip_Max 1, as start-up sets it before the read
+    ASSERT_TRUE(Read_BP(station, path));
+    EXPECT_EQ(station.Snip_Max, 1);
+    EXPECT_EQ(station.Least_Every, 15);
+    EXPECT_EQ(station.Wnd_State, 0);
+    EXPECT_TRUE(station.Ply7_View);
+}
+
+TEST(SessionFile, OnlyOneOnTheFirstLinesMeansTrue) {
+    TestFolder folder;
+    Station station;
+    station.BP_On = true;
+    ASSERT_TRUE(Read_BP(station, write_file(folder, "2\n-1\n")));
+    EXPECT_FALSE(station.BP_On);
+    EXPECT_FALSE(station.BP_Tuesday);
+}
+
+TEST(SessionFile, DamageOnTheFirstTwoLinesIsPassedOver) {
+    TestFolder folder;
+    Station station;
+    ASSERT_TRUE(Read_BP(station, write_file(folder, "x\n1\n6\n")));
+    EXPECT_FALSE(station.BP_On);
+    EXPECT_TRUE(station.BP_Tuesday);
+    EXPECT_EQ(station.BP_Block, 6);
+}
+
+TEST(SessionFile, DamageFromLineThreeEndsTheReadingKeepingWhatWasRead) {
+    TestFolder folder;
+    Station station;
+    ASSERT_TRUE(Read_BP(station, write_file(folder, "1\n0\n3\n9\nTrue\nFalse\nmaybe\n12\n4\n")));
+    EXPECT_TRUE(station.BP_On);
+    EXPECT_EQ(station.BP_Block, 3);
+    EXPECT_EQ(station.BP_Chars, 9);
+    EXPECT_TRUE(station.Vid_On);
+    EXPECT_FALSE(station.CD_On);        // line 7 failed
+    EXPECT_EQ(station.Ply7_MixOut, 7);  // and nothing after it was read
+    EXPECT_EQ(station.Antiskip, 0);
+}
+
+TEST(SessionFile, MissingFileIsAFailureThatChangesNothing) {
+    TestFolder folder;
+    Station station;
+    EXPECT_FALSE(Read_BP(station, folder.path() / "none.ini"));
+    EXPECT_EQ(station.BP_Block, 2);
+}
+
+}  // namespace
+}  // namespace tavora
