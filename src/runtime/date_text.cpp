@@ -184,6 +184,11 @@ std::string Format(double date, std::string_view pattern) {
     return PatternWriter(date, pattern).run();
 }
 
+std::string Format(std::string_view text, std::string_view pattern) {
+    const std::optional<double> date = parse_date_text(text);
+    return date ? Format(*date, pattern) : std::string(text);
+}
+
 std::string date_text(double date) {
     DateParts p = split_date(date);
     if (p.day_number == 0) return Format(date, kLongTime);

@@ -27,6 +27,9 @@ namespace tavora {
 //   \x or "text"                  literal text
 // Other characters are copied as they are.
 std::string Format(double date, std::string_view pattern);
+// A text that reads as a date (see parse_date_text) is formatted as that
+// date; any other text comes back unchanged.
+std::string Format(std::string_view text, std::string_view pattern);
 
 // The default text of a date value.
 std::string date_text(double date);

@@ -10,6 +10,7 @@ namespace tavora {
 Value::Value() = default;
 Value::Value(double number) : kind_(Kind::Number), num_(number) {}
 Value::Value(int number) : kind_(Kind::Number), num_(number) {}
+Value::Value(long number) : kind_(Kind::Number), num_(static_cast<double>(number)) {}
 Value::Value(long long number) : kind_(Kind::Number), num_(static_cast<double>(number)) {}
 Value::Value(std::string text) : kind_(Kind::Text), text_(std::move(text)) {}
 Value::Value(const char* text) : kind_(Kind::Text), text_(text ? text : "") {}
@@ -50,10 +51,6 @@ std::string Value::text() const {
     return {};
 }
 
-bool Value::truthy() const {
-    return number() != 0;
-}
-
 namespace {
 
 int sign(double d) {
@@ -91,6 +88,11 @@ std::optional<int> Value::compare(const Value& a, const Value& b, Case c) {
     return compare_text(a.text_, b.text_, c);
 }
 
+bool Value::truthy() const {
+    if (kind_ == Kind::Text && compare_text(text_, "True", Case::NoCase) == 0) return true;
+    return number() != 0;
+}
+
 bool Value::operator==(const Value& other) const {
     return compare(*this, other) == 0;
 }
@@ -117,6 +119,12 @@ bool Value::operator>=(const Value& other) const {
 
 bool Value::same(const Value& other) const {
     return kind_ == other.kind_ && num_ == other.num_ && text_ == other.text_;
+}
+
+std::string Str(const Value& value) {
+    const Value::Kind k = value.kind();
+    if (k == Value::Kind::Number || k == Value::Kind::Text) return Str(value.number());
+    return value.text();
 }
 
 bool equals_nocase(const Value& a, const Value& b) {

@@ -20,6 +20,7 @@ class Value {
     Value();  // Null
     Value(double number);
     Value(int number);
+    Value(long number);
     Value(long long number);
     Value(std::string text);
     Value(const char* text);
@@ -39,7 +40,8 @@ class Value {
     // The text a field shows: numbers as CStr writes them, booleans as
     // "True"/"False", dates as their default text, Null as "".
     std::string text() const;
-    // Non-zero. Null and text that reads as 0 are false.
+    // Non-zero, or the text "True" in any case. Null, and text that reads
+    // as 0, are false.
     bool truthy() const;
 
     // Negative, zero or positive; nothing when either side is Null.
@@ -62,6 +64,11 @@ class Value {
     double num_ = 0;
     std::string text_;
 };
+
+// Str of a field value: a number's text with its leading blank (text through
+// Val first), but a date's default text and a boolean's "True"/"False" as
+// they are; Null gives "".
+std::string Str(const Value& value);
 
 // Case-insensitive (ASCII) equality, as the start-up module compares.
 bool equals_nocase(const Value& a, const Value& b);
