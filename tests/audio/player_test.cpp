@@ -1,0 +1,209 @@
+#include "audio/player.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <utility>
+#include <vector>
+
+#include "offline_station.h"
+
+namespace tavora::audio {
+namespace {
+
+using test::index_at;
+using test::OfflineStation;
+
+constexpr std::size_t kRamp = Voice::kRampFrames;
+
+struct Recorded {
+    std::vector<std::pair<int, int>> changes;
+    int ready = 0;
+    int errors = 0;
+};
+
+void record(Player& player, Recorded& into) {
+    player.PlayStateChange = [&into](int old_state, int new_state) {
+        into.changes.emplace_back(old_state, new_state);
+    };
+    player.ReadyStateChange = [&into] { ++into.ready; };
+    player.Error = [&into] { ++into.errors; };
+}
+
+TEST(Player, OpenDoesNotWaitAndThenTellsTheLength) {
+    OfflineStation station;
+    auto player = station.engine().add_player();
+    Recorded seen;
+    record(*player, seen);
+    player->Open(test::media("index.wav"));
+    EXPECT_EQ(player->PlayState(), Player::kClosed);
+    EXPECT_NE(player->ReadyState(), Player::kReady);
+    station.engine().settle();
+    station.run_events();
+    EXPECT_EQ(player->PlayState(), Player::kStopped);
+    EXPECT_EQ(player->ReadyState(), Player::kReady);
+    EXPECT_DOUBLE_EQ(player->Duration(), 4.0);
+    EXPECT_DOUBLE_EQ(player->SelectionEnd(), 4.0);
+    EXPECT_EQ(player->FileName(), test::media("index.wav"));
+    EXPECT_EQ(seen.ready, 1);
+    EXPECT_TRUE(seen.changes.empty());  // opening is not a play-state change
+}
+
+// Positions count the frames really mixed, and those are the file's frames in order.
+TEST(Player, RenderingAdvancesThePositionByTheFramesRendered) {
+    OfflineStation station;
+    auto player = station.open("index.wav");
+    player->play();
+    const auto mix = station.render(10000);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 10000.0 / kRate);
+    for (std::size_t i = kRamp; i < 10000; i += 997)
+        EXPECT_EQ(index_at(mix, i), long(i));
+    station.render(333);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 10333.0 / kRate);
+}
+
+TEST(Player, PlaysTheSelectionToItsFrameAndStopsByItself) {
+    OfflineStation station;
+    auto player = station.open("index.wav");
+    Recorded seen;
+    record(*player, seen);
+    player->SelectionStart(0.5);
+    player->SelectionEnd(1.0);
+    player->CurrentPosition(0.5);
+    player->play();
+    const auto mix = station.render(30000);
+    EXPECT_EQ(index_at(mix, kRamp), 24000 + long(kRamp));
+    EXPECT_EQ(index_at(mix, 23999), 47999);  // the last frame of the selection
+    EXPECT_EQ(mix[24000 * kChannels], 0.0f);
+    EXPECT_EQ(mix[24000 * kChannels + 1], 0.0f);
+    EXPECT_EQ(player->PlayState(), Player::kStopped);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 1.0);
+    ASSERT_EQ(seen.changes.size(), 2u);
+    EXPECT_EQ(seen.changes[1], std::make_pair(2, 0));
+
+    // Playing again starts over at the selection's start.
+    player->play();
+    const auto again = station.render(1000);
+    EXPECT_EQ(index_at(again, 500), 24500);
+}
+
+TEST(Player, PauseHoldsTheFrameAndPlayGoesOnFromIt) {
+    OfflineStation station;
+    auto player = station.open("index.wav");
+    player->play();
+    station.render(10000);
+    player->pause();
+    EXPECT_EQ(player->PlayState(), Player::kPaused);
+    const auto fading = station.render(2 * kRamp);  // a short ramp down, then silence
+    EXPECT_EQ(fading[(2 * kRamp - 1) * kChannels], 0.0f);
+    const double held = player->CurrentPosition();
+    station.render(5000);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), held);
+    player->play();
+    const auto resumed = station.render(2000);
+    const long first = std::lround(held * kRate);
+    EXPECT_EQ(index_at(resumed, kRamp), first + long(kRamp));
+    EXPECT_EQ(index_at(resumed, 1999), first + 1999);
+}
+
+TEST(Player, StopGoesBackToTheSelectionStartAndIsTold) {
+    OfflineStation station;
+    auto player = station.open("index.wav");
+    Recorded seen;
+    record(*player, seen);
+    player->SelectionStart(2.0);
+    player->play();
+    station.render(4800);
+    player->Stop();
+    station.run_events();
+    EXPECT_EQ(player->PlayState(), Player::kStopped);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 2.0);
+    ASSERT_FALSE(seen.changes.empty());
+    EXPECT_EQ(seen.changes.back(), std::make_pair(2, 0));
+    const auto silent = station.render(1000);
+    EXPECT_EQ(index_at(silent, 999), 0);
+
+    // Nothing open: a Stop tells nothing.
+    auto closed = station.engine().add_player();
+    Recorded none;
+    record(*closed, none);
+    closed->Stop();
+    station.run_events();
+    EXPECT_TRUE(none.changes.empty());
+}
+
+TEST(Player, WritingThePositionWhilePlayingJumpsThere) {
+    OfflineStation station;
+    auto player = station.open("index.wav");
+    player->play();
+    station.render(1000);
+    player->CurrentPosition(3.0);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 3.0);
+    const auto mix = station.render(2000);
+    EXPECT_EQ(index_at(mix, 1500), 3 * kRate + 1500);
+}
+
+TEST(Player, ADamagedFileRaisesTheErrorWhileAnotherPlaysOn) {
+    OfflineStation station;
+    auto playing = station.open("index.wav");
+    playing->play();
+    station.render(4800);
+
+    const std::string junk = test::media("damaged.mp3");
+    std::ofstream(junk) << std::string(20000, '\x55');
+    auto broken = station.engine().add_player();
+    Recorded seen;
+    record(*broken, seen);
+    broken->Open(junk);
+    const auto during = station.render(4800);
+    station.engine().settle();
+    station.run_events();
+    EXPECT_EQ(seen.errors, 1);
+    EXPECT_NE(broken->ErrorDescription().find("damaged.mp3"), std::string::npos);
+    EXPECT_EQ(broken->PlayState(), Player::kClosed);
+    broken->play();  // nothing open: ignored
+    const auto after = station.render(4800);
+    for (std::size_t i = 0; i < 4800; i += 479) {
+        EXPECT_EQ(index_at(during, i), 4800 + long(i));
+        EXPECT_EQ(index_at(after, i), 9600 + long(i));
+    }
+}
+
+TEST(Player, RateOneAndAHalfPlaysThirtySecondsInTwenty) {
+    OfflineStation station;
+    auto player = station.open("long.flac");
+    ASSERT_NEAR(player->Duration(), 30.0, 0.001);
+    player->Rate(1.5);
+    player->play();
+    std::size_t rendered = 0;
+    while (player->PlayState() == Player::kPlaying && rendered < std::size_t{40 * kRate}) {
+        station.render(kRate / 10);
+        rendered += kRate / 10;
+    }
+    EXPECT_NEAR(static_cast<double>(rendered) / kRate, 20.0, 0.15);
+    EXPECT_NEAR(player->CurrentPosition(), 30.0, 0.05);
+}
+
+// The same inputs give the same samples, however the decoders' threads are scheduled.
+TEST(Player, OfflineRenderingIsTheSameEveryTime) {
+    auto run = [] {
+        OfflineStation station;
+        auto a = station.open("tone.mp3");
+        auto b = station.open("tone.ogg");
+        a->Volume(-300);
+        a->play();
+        std::vector<float> all = station.render(20000);
+        b->CurrentPosition(1.25);
+        b->play();
+        a->Volume(-1200);
+        for (int i = 0; i < 10; ++i) {
+            const auto more = station.render(7000);
+            all.insert(all.end(), more.begin(), more.end());
+        }
+        return all;
+    };
+    EXPECT_EQ(run(), run());
+}
+
+}  // namespace
+}  // namespace tavora::audio
