@@ -1,6 +1,7 @@
 #include "audio/decoder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <mutex>
 
@@ -332,6 +333,10 @@ void Decoder::take_frame() {
     const int got = swr_convert(in.resampler.get(), &out, room,
                                 const_cast<const std::uint8_t**>(f->extended_data), f->nb_samples);
     pending_.resize(at + static_cast<std::size_t>(std::max(got, 0)) * kChannels);
+    // A damaged float file can hold NaN or infinities, which would poison the whole mix.
+    for (auto it = pending_.begin() + static_cast<std::ptrdiff_t>(at); it != pending_.end(); ++it) {
+        if (!std::isfinite(*it)) *it = 0.0f;
+    }
     av_frame_unref(f);
 }
 
