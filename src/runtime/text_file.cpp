@@ -77,7 +77,7 @@ ReadResult TextReader::read_line() {
 ReadResult TextReader::read_item() {
     if (!file_) return {ReadResult::Status::Failed, {}};
     int c = peek();
-    while (c == ' ' || c == '\t' || c == '\r' || c == '\n') {
+    while (c == ' ' || c == '\t') {
         get();
         c = peek();
     }

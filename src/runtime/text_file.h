@@ -50,12 +50,12 @@ struct ReadResult {
 
 // Reads a text file by lines or by comma-separated items.
 //
-// Items: blanks, tabs and line ends before an item are skipped, so blank
-// lines give no items; an item in double quotes runs
-// to the closing quote, commas and all, and anything after the quote up to
-// the next comma or line end is dropped; an unquoted item ends at a comma or
-// a line end and loses its trailing blanks; two commas in a row hold one
-// empty item.
+// Items: blanks and tabs before an item are skipped; an item in double
+// quotes runs to the closing quote, commas and all, and anything after the
+// quote up to the next comma or line end is dropped; an unquoted item ends at
+// a comma or a line end and loses its trailing blanks. A blank line is one
+// empty item, as are two commas in a row, so line-numbered files stay in
+// step.
 // A read at the end of the file reports EndOfFile; a file that isn't open or
 // can't be read reports Failed.
 class TextReader {

@@ -83,8 +83,9 @@ TEST_F(TextFileTest, LinesEndInCrLfLfOrCr) {
 
 TEST_F(TextFileTest, ItemsEndAtCommasAndLineEnds) {
     EXPECT_EQ(items(write_raw("a,b\r\n  c  ,d e\nf\r\n")), (Items{"a", "b", "c", "d e", "f"}));
-    // Blank lines give no items; two commas in a row hold an empty one.
-    EXPECT_EQ(items(write_raw("a\r\n\r\n\n   \r\nb,,c\r\n")), (Items{"a", "b", "", "c"}));
+    // A blank line, and two commas in a row, each hold one empty item.
+    EXPECT_EQ(items(write_raw("a\r\n\r\n\n   \r\nb,,c\r\n")),
+              (Items{"a", "", "", "", "b", "", "c"}));
 }
 
 TEST_F(TextFileTest, QuotedItemsStayWhole) {
