@@ -16,6 +16,21 @@ CommandLine parse_command_line(const std::vector<std::string>& args) {
                 return line;
             }
             line.home = args[++i];
+        } else if (arg == "--play") {
+            line.action = CommandLine::Action::Play;
+            while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0) {
+                line.play_files.push_back(args[++i]);
+            }
+            if (line.play_files.empty()) {
+                line.error = "--play needs at least one file";
+                return line;
+            }
+        } else if (arg == "--output") {
+            if (i + 1 >= args.size() || (args[i + 1] != "null" && args[i + 1] != "card")) {
+                line.error = "--output needs null or card";
+                return line;
+            }
+            line.output = args[++i];
         } else {
             line.error = "unknown option: " + arg;
             return line;
@@ -31,6 +46,8 @@ std::string usage_text() {
            "\n"
            "Options:\n"
            "  --home DIR     install folder (default: $TAVORA_HOME or ~/tavora)\n"
+           "  --play FILE... play the files at once through the audio engine and exit\n"
+           "  --output OUT   where --play sounds: card (default) or null\n"
            "  --version      print the version and exit\n"
            "  --help         print this text and exit\n";
 }

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "command_line.h"
+#include "play_command.h"
 #include "version.h"
 
 int main(int argc, char** argv) {
@@ -19,6 +20,8 @@ int main(int argc, char** argv) {
         case tavora::CommandLine::Action::Version:
             std::cout << "tavora " << tavora::kVersion << "\n";
             return 0;
+        case tavora::CommandLine::Action::Play:
+            return tavora::run_play_command(line.play_files, line.output, std::cout, std::cerr);
         case tavora::CommandLine::Action::Run:
             break;
     }
