@@ -91,13 +91,24 @@ TEST(SessionFile, OnlyOneOnTheFirstLinesMeansTrue) {
     EXPECT_FALSE(station.BP_Tuesday);
 }
 
-TEST(SessionFile, DamageOnTheFirstTwoLinesIsPassedOver) {
+TEST(SessionFile, TextWhereANumberBelongsReadsAsZero) {
     TestFolder folder;
     Station station;
-    ASSERT_TRUE(Read_BP(station, write_file(folder, "x\n1\n6\n")));
+    station.BP_On = true;
+    ASSERT_TRUE(Read_BP(station, write_file(folder, "x\n1\nmany\n")));
     EXPECT_FALSE(station.BP_On);
     EXPECT_TRUE(station.BP_Tuesday);
-    EXPECT_EQ(station.BP_Block, 6);
+    EXPECT_EQ(station.BP_Block, 0);
+}
+
+TEST(SessionFile, ShortFileKeepsTheDefaultsOfWhatIsMissing) {
+    TestFolder folder;
+    Station station;
+    ASSERT_TRUE(Read_BP(station, write_file(folder, "1\n")));
+    EXPECT_TRUE(station.BP_On);
+    EXPECT_FALSE(station.BP_Tuesday);
+    EXPECT_EQ(station.BP_Block, 2);
+    EXPECT_EQ(station.Least_Every, 15);
 }
 
 TEST(SessionFile, DamageFromLineThreeEndsTheReadingKeepingWhatWasRead) {

@@ -51,6 +51,14 @@ class Form {
     // Click. False when the control is missing or the value doesn't fit.
     bool set(std::string_view control, int index, const std::string& value);
 
+    // One handler for every member of a control array, as the windows have.
+    // Public so that the station can wire a menu to a window of a subsystem
+    // that the window's own layer doesn't see.
+    void on(std::string control, std::string event, Handler handler);
+    void on_click(std::string control, Handler handler) {
+        on(std::move(control), "Click", std::move(handler));
+    }
+
     // Names of every control, "Name" or "Name(i)", in order of creation.
     std::vector<std::string> control_names() const;
 
@@ -66,11 +74,6 @@ class Form {
     }
     Control& add_list(std::string control, int index = -1) {
         return add(std::move(control), index, Kind::List);
-    }
-    // One handler for every member of a control array, as the windows have.
-    void on(std::string control, std::string event, Handler handler);
-    void on_click(std::string control, Handler handler) {
-        on(std::move(control), "Click", std::move(handler));
     }
 
   private:

@@ -19,15 +19,13 @@ std::string bool_text(bool on) {
     return on ? "True" : "False";
 }
 
-// A read of one item into a numeric variable: fails at the end of the file
-// and on text that isn't a number.
+// A read of one item into a numeric variable: fails only when nothing is
+// left to read; text that isn't a number reads as 0, as input always did.
 std::optional<double> read_number(TextReader& reader) {
     ReadResult item = reader.read_item();
     if (!item.ok()) return std::nullopt;
     const std::string text = Trim(item.text);
-    if (text.empty()) return 0.0;
-    if (!IsNumeric(text)) return std::nullopt;
-    return Val(text);
+    return IsNumeric(text) ? Val(text) : 0.0;
 }
 
 // A read into a boolean: "True"/"False" in any case, or a number (non-zero

@@ -1,0 +1,31 @@
+#include "core/windows/qx_main.h"
+
+#include <gtest/gtest.h>
+
+namespace tavora {
+namespace {
+
+TEST(QXMain, RemoteUseDisablesTheRunCommandAtTheFileMenu) {
+    Station station;
+    QXMain main(station);
+    station.Run_Mode = 1;
+    ASSERT_TRUE(main.click("mnu_File"));
+    EXPECT_FALSE(main.mnu_File_Run.Enabled);
+    EXPECT_EQ(main.Caption, " Tavora Music System REMOTE Access Mode (JukeBox Is Disabled)");
+    station.Run_Mode = 0;
+    main.click("mnu_File");
+    EXPECT_TRUE(main.mnu_File_Run.Enabled);
+}
+
+TEST(QXMain, CounterPanelsCountFromTheirText) {
+    Station station;
+    QXMain main(station);
+    main.Panel(7).Text = "0";
+    main.Count(7);
+    main.Count(7);
+    EXPECT_EQ(main.Panel(7).Text, "2");
+    EXPECT_EQ(main.Panel(7).ToolTipText, "Pgm Mgr Selections Not Found");
+}
+
+}  // namespace
+}  // namespace tavora
