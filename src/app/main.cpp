@@ -4,7 +4,7 @@
 
 #include "command_line.h"
 #include "play_command.h"
-#include "version.h"
+#include "core/version.h"
 
 int main(int argc, char** argv) {
     const std::vector<std::string> args(argv + 1, argv + argc);

@@ -6,14 +6,8 @@
 #include <sstream>
 
 #include "core/settings/net_file.h"
-#include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
-#include "platform/launcher.h"
-#include "platform/path_map.h"
-#include "platform/virtual_scheduler.h"
+#include "fake_services.h"
 #include "runtime/dates.h"
-#include "runtime/random.h"
-#include "test_folder.h"
 
 namespace tavora {
 namespace {
@@ -34,24 +28,16 @@ TEST(PlayLog, LinesReadAsTheLogHasAlwaysRead) {
 }
 
 TEST(PlayLog, LogOneAppendsAndClearsTheWaitingFlag) {
-    TestFolder folder;
-    VirtualClock clock(DateSerial(2026, 3, 2));
-    VirtualScheduler loop(clock);
-    ScriptedDialogs dialogs;
-    PathMap paths(folder.path());
-    RecordingLauncher launcher;
-    Random random;
-    Services services{clock, loop, dialogs, paths, launcher, random};
-
+    FakeServices fake(DateSerial(2026, 3, 2));
     Station station;
-    station.Log_Name = log_name_for(clock.Now());
+    station.Log_Name = log_name_for(fake.clock.Now());
     for (const char* line : {"first", "second"}) {
         station.Log_Line = line;
         station.Log_Due = 1;
-        Log_One(station, services);
+        Log_One(station, fake.services);
         EXPECT_EQ(station.Log_Due, 0);
     }
-    std::ifstream in(folder.path() / "qxl32.log", std::ios::binary);
+    std::ifstream in(fake.home() / "qxl32.log", std::ios::binary);
     std::stringstream text;
     text << in.rdbuf();
     EXPECT_EQ(text.str(), "first\r\nsecond\r\n");
