@@ -36,6 +36,9 @@ struct Station {
     bool IIS_On = false;
     bool IIS_AutoLoad = false;
     int IIS_Line = 0, IIS_Saved = 0, IIS_Tick = 10;
+    int IIS_Minutes = 10, IIS_MinLeft = 10;
+    std::string IIS_Name = "TQXMS Direct";
+    std::string IIS_File = "c:\\tavora\\newreq.tqf";
     std::string Debug_Step;
     int Fall_Used = 0;
     int BP_Count = 0, BP_Done = 0;
@@ -92,6 +95,10 @@ struct Station {
     int BP_Chars = 5;
 
     std::string Act_Db;  // path of the active library, in its stored form
+
+    // The CD in the drive: its number and its key, the number then "CD".
+    int CD_Disc = 0;
+    std::string CD_Id;
 
     // The bank.
     int Cue_Slot = 0;

@@ -166,4 +166,16 @@ double Fix(double number) {
     return std::trunc(number);
 }
 
+std::optional<bool> parse_boolean(std::string_view text) {
+    std::string word;
+    for (char c : text) {
+        if (c != ' ' && c != '\t')
+            word += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    if (word == "true" || word == "#true#") return true;
+    if (word == "false" || word == "#false#") return false;
+    if (IsNumeric(word)) return Val(word) != 0;
+    return std::nullopt;
+}
+
 }  // namespace tavora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,11 @@ double Val(std::string_view text);
 
 // The whole text, blanks around it aside, reads as one decimal number.
 bool IsNumeric(std::string_view text);
+
+// A boolean as input reads it: "True" or "False" in any case (also in the
+// "#TRUE#" form of written data) or a number, non-zero being True. Blanks
+// around it are ignored; anything else is no boolean.
+std::optional<bool> parse_boolean(std::string_view text);
 
 // Round half to even, then clamp to the 16-bit (CInt) or 32-bit (CLng)
 // range instead of failing; NaN gives 0.

@@ -28,16 +28,10 @@ std::optional<double> read_number(TextReader& reader) {
     return IsNumeric(text) ? Val(text) : 0.0;
 }
 
-// A read into a boolean: "True"/"False" in any case, or a number (non-zero
-// is True).
+// A read into a boolean; text that is no boolean is a failure.
 std::optional<bool> read_bool(TextReader& reader) {
     ReadResult item = reader.read_item();
-    if (!item.ok()) return std::nullopt;
-    const std::string text = LCase(Trim(item.text));
-    if (text == "true" || text == "#true#") return true;
-    if (text == "false" || text == "#false#") return false;
-    if (IsNumeric(text)) return Val(text) != 0;
-    return std::nullopt;
+    return item.ok() ? parse_boolean(item.text) : std::nullopt;
 }
 
 }  // namespace

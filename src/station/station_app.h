@@ -1,0 +1,67 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "catalogue/frm_tavora_db.h"
+#include "core/services.h"
+#include "core/settings/frm_setup.h"
+#include "core/station.h"
+#include "core/windows/frm_loding.h"
+#include "core/windows/qx_main.h"
+#include "internet/mailfrm.h"
+#include "playback/frm_viewer.h"
+#include "requests/request_form.h"
+#include "station/frm_about.h"
+#include "station/instance_lock.h"
+#include "store/library.h"
+
+namespace tavora {
+
+// The whole station: its state, its windows and their wiring. Start-up
+// brings the windows up in their fixed order; from then on everything
+// happens in timer and control events on the loop the front end runs.
+class StationApp {
+  public:
+    explicit StationApp(const Services& services);
+    ~StationApp();
+
+    // Runs start-up to the idle state. False when start-up ended the
+    // program (an answer to a dialog) or stopped at the Setup screen.
+    bool Sub_Main();
+
+    // The one shutdown path: save qxbp.ini, close the CD player if open, save
+    // the internet settings if that window is loaded, and end.
+    void Shutdown();
+    // Set once the program has ended; the front end stops its loop.
+    bool ended() const { return ended_; }
+    // Called when the program ends, after Shutdown's saves.
+    std::function<void()> on_end;
+
+    Station station;
+    LibraryPool pool;
+
+    QXMain qx_main{station};
+    frmSetup setup;
+    frmAbout about;
+    frmTavoraDb tavora_db{pool};
+    Request request;
+    frmViewer viewer;
+    frmLoding loding;
+    Mailfrm mail{station};
+
+  private:
+    std::filesystem::path home() const;
+    std::filesystem::path native(const std::string& dos) const;
+    bool ask_for_library();
+    void read_setup_row();
+    void start_internet_interface();
+
+    const Services& services_;
+    std::optional<InstanceLock> lock_;
+    bool ended_ = false;
+};
+
+}  // namespace tavora

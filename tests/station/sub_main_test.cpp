@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "fake_services.h"
+#include "platform/file_ops.h"
+#include "runtime/dates.h"
+#include "station/station_app.h"
+#include "store/library_files.h"
+#include "store/recordset.h"
+
+namespace tavora {
+namespace {
+
+const double kMonday = DateSerial(2026, 3, 9) + 0.5;
+
+class SubMain : public ::testing::Test {
+  protected:
+    SubMain() : fake(kMonday) {}
+
+    void SetUp() override {
+        ASSERT_EQ(create_settings_file(home() / "Setup.mdb", kMonday), "");
+        ASSERT_EQ(create_library_file(home() / "qx1.mdb", kMonday), "");
+    }
+
+    void set_setup(const std::string& field, const Value& value) {
+        auto settings = Library::open(home() / "Setup.mdb", FileKind::Settings).library;
+        ASSERT_TRUE(settings);
+        Recordset row;
+        ASSERT_TRUE(row.Open(settings, "Setup"));
+        row.Edit();
+        row.SetField(field, value);
+        ASSERT_TRUE(row.Update());
+    }
+
+    std::string read_file(const char* name) {
+        std::ifstream in(home() / name, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
+
+    const auto& dialogs() const { return fake.dialogs.shown(); }
+    std::filesystem::path home() const { return fake.home(); }
+
+    FakeServices fake;
+};
+
+TEST_F(SubMain, FirstStartReachesTheIdleStateWithDefaultFiles) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    EXPECT_FALSE(app.ended());
+    EXPECT_TRUE(dialogs().empty());
+    EXPECT_EQ(app.station.Snip_Max, 3);
+    EXPECT_EQ(read_file("qxbp.ini"),
+              "0\r\n0\r\n2\r\n5\r\nFalse\r\nTrue\r\nFalse\r\n7\r\n0\r\nTrue\r\n2\r\n210\r\n"
+              "7950\r\n11565\r\n525\r\n2\r\n3\r\n15\r\n");
+    EXPECT_EQ(app.station.Run_Mode, 0);
+    EXPECT_EQ(app.station.Ply7_Mix, 7);
+    EXPECT_TRUE(files::Exists(home() / "qxlast.mdb"));
+    EXPECT_TRUE(files::Exists(home() / "tqxiis.ini"));
+    EXPECT_TRUE(app.qx_main.Visible);
+    EXPECT_TRUE(app.request.Visible);
+    EXPECT_FALSE(app.about.Visible);
+    EXPECT_FALSE(app.setup.Loaded);
+    EXPECT_EQ(app.qx_main.Panel(8).Text, "0");
+    EXPECT_EQ(app.station.Log_Name, "C:\\tavora\\qxl39.log");
+}
+
+TEST_F(SubMain, OldSixteenLineSettingsKeepOneSnipit) {
+    std::ofstream(home() / "qxbp.ini", std::ios::binary)
+        << "0\r\n0\r\n2\r\n5\r\nFalse\r\nFalse\r\nFalse\r\n9\r\n0\r\nTrue\r\n2\r\n210\r\n7950\r\n"
+           "11565\r\n525\r\n2\r\n";
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    EXPECT_EQ(app.station.Snip_Max, 1);
+    EXPECT_EQ(app.station.Ply7_Mix, 9);
+    EXPECT_TRUE(app.station.Ply7_View);
+}
+
+TEST_F(SubMain, LibraryOnAnotherDriveMeansRemoteUseWithoutCompaction) {
+    std::filesystem::create_directories(home() / "share");
+    fake.paths.SetDrive('d', home() / "share");
+    ASSERT_TRUE(files::Copy(home() / "qx1.mdb", home() / "share" / "qx1.mdb"));
+    set_setup("Active Database", Value("D:\\qx1.mdb"));
+    set_setup("Use Schedule", Value::boolean(true));  // auto start, overruled
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    EXPECT_EQ(app.station.Run_Mode, 1);
+    EXPECT_FALSE(files::Exists(home() / "qxlast.mdb"));
+}
+
+TEST_F(SubMain, AutoStartOnTheLocalDriveGivesRunModeTwo) {
+    set_setup("Use Playlist", Value::boolean(true));
+    set_setup("Use Schedule", Value::boolean(true));
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    EXPECT_EQ(app.station.Run_Mode, 2);
+    EXPECT_TRUE(files::Exists(home() / "qxlast.mdb"));
+}
+
+TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFound) {
+    set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
+    fake.dialogs.QueueText("c:\\tavora\\nowhere.mdb");
+    fake.dialogs.Queue(Answer::Yes);  // try the default
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    ASSERT_GE(dialogs().size(), 3u);
+    EXPECT_EQ(dialogs()[0].request.title, "TQXMS DATABASE MISSING!!!");
+    EXPECT_EQ(dialogs()[0].request.default_text, "c:\\tavora\\gone.mdb");
+    EXPECT_EQ(dialogs()[1].request.text,
+              "THAT Didn't Work! Do you want to try the default (c:\\tavora\\qx1.mdb)?");
+    EXPECT_EQ(dialogs()[1].request.title, "Ouch!");
+    EXPECT_EQ(dialogs()[2].request.text, "Your Database hase been changed to: c:\\tavora\\qx1.mdb");
+    EXPECT_EQ(app.station.Act_Db, "c:\\tavora\\qx1.mdb");
+}
+
+TEST_F(SubMain, EmptyAnswerToTheLibraryQuestionEndsTheProgram) {
+    set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
+    fake.dialogs.Queue(Answer::Cancel);
+    StationApp app(fake.services);
+    EXPECT_FALSE(app.Sub_Main());
+    EXPECT_TRUE(app.ended());
+    EXPECT_FALSE(app.qx_main.Visible);
+}
+
+TEST_F(SubMain, FailedCompactionLeavesTheSetupScreenAlone) {
+    std::ofstream(home() / "qx1.mdb", std::ios::binary | std::ios::trunc) << "damaged";
+    StationApp app(fake.services);
+    EXPECT_FALSE(app.Sub_Main());
+    EXPECT_FALSE(app.ended());
+    EXPECT_EQ(app.station.Cmp_Fail, 1);
+    EXPECT_TRUE(app.setup.Visible);
+    EXPECT_FALSE(app.qx_main.Visible);
+    EXPECT_FALSE(app.request.Loaded);
+    EXPECT_EQ(read_file("qx1.mdb"), "damaged");
+}
+
+TEST_F(SubMain, ShutdownSavesTheSessionOnce) {
+    StationApp app(fake.services);
+    int ends = 0;
+    app.on_end = [&] { ++ends; };
+    ASSERT_TRUE(app.Sub_Main());
+    app.station.BP_Block = 6;
+    app.qx_main.click("mnu_File_Exit");
+    app.Shutdown();
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(read_file("qxbp.ini").substr(0, 9), "0\r\n0\r\n6\r\n");
+}
+
+}  // namespace
+}  // namespace tavora
