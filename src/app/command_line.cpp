@@ -16,6 +16,8 @@ CommandLine parse_command_line(const std::vector<std::string>& args) {
                 return line;
             }
             line.home = args[++i];
+        } else if (arg == "--headless") {
+            line.action = CommandLine::Action::Headless;
         } else if (arg == "--play") {
             line.action = CommandLine::Action::Play;
             while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0) {
@@ -45,6 +47,7 @@ std::string usage_text() {
            "An unattended music programming and playout station.\n"
            "\n"
            "Options:\n"
+           "  --headless     run the station without windows until SIGINT or SIGTERM\n"
            "  --home DIR     install folder (default: $TAVORA_HOME or ~/tavora)\n"
            "  --play FILE... play the files at once through the audio engine and exit\n"
            "  --output OUT   where --play sounds: card (default) or null\n"

@@ -3,8 +3,9 @@
 #include <vector>
 
 #include "command_line.h"
-#include "play_command.h"
 #include "core/version.h"
+#include "headless_command.h"
+#include "play_command.h"
 
 int main(int argc, char** argv) {
     const std::vector<std::string> args(argv + 1, argv + argc);
@@ -22,6 +23,8 @@ int main(int argc, char** argv) {
             return 0;
         case tavora::CommandLine::Action::Play:
             return tavora::run_play_command(line.play_files, line.output, std::cout, std::cerr);
+        case tavora::CommandLine::Action::Headless:
+            return tavora::run_headless(line.home);
         case tavora::CommandLine::Action::Run:
             break;
     }
