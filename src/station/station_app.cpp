@@ -1,5 +1,6 @@
 #include "station/station_app.h"
 
+#include "core/log/play_log.h"
 #include "core/rotation/rotate_db.h"
 #include "core/settings/session_file.h"
 #include "platform/clock.h"
@@ -25,6 +26,7 @@ StationApp::StationApp(const Services& services)
     : setup(station, services, pool), services_(services) {
     setup.End_Program = [this] { Shutdown(); };
     qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
+    qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
     qx_main.on_click("mnu_Options_Setup", [this](int) {
         setup.Form_Load();
         setup.Visible = true;

@@ -146,5 +146,17 @@ TEST_F(SubMain, ShutdownSavesTheSessionOnce) {
     EXPECT_EQ(read_file("qxbp.ini").substr(0, 9), "0\r\n0\r\n6\r\n");
 }
 
+TEST_F(SubMain, LogViewerHandsTheChosenLogToTheTextViewer) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    fake.dialogs.QueueText("c:\\tavora\\qxl39.log");
+    app.qx_main.click("Log_View");
+    ASSERT_EQ(dialogs().size(), 1u);
+    EXPECT_EQ(dialogs()[0].request.title, "Tavora Logfile Search");
+    EXPECT_EQ(dialogs()[0].request.filter, "TQX Log Files|*.log");
+    ASSERT_EQ(fake.launcher.opened.size(), 1u);
+    EXPECT_EQ(fake.launcher.opened[0], (home() / "qxl39.log").string());
+}
+
 }  // namespace
 }  // namespace tavora
