@@ -1,7 +1,9 @@
 #pragma once
 
+#include <stdlib.h>
+
 #include <filesystem>
-#include <random>
+#include <fstream>
 #include <string>
 
 namespace tavora {
@@ -9,12 +11,10 @@ namespace tavora {
 // A fresh folder under the system's temporary folder, removed with its
 // contents when the test ends.
 class TestFolder {
-  public:
+public:
     TestFolder() {
-        std::random_device seed;
-        path_ = std::filesystem::temp_directory_path() /
-                ("tavora-test-" + std::to_string(seed()) + std::to_string(seed()));
-        std::filesystem::create_directories(path_);
+        std::string name = (std::filesystem::temp_directory_path() / "tavora-XXXXXX").string();
+        path_ = mkdtemp(name.data());
     }
     ~TestFolder() {
         std::error_code ignored;
@@ -25,7 +25,15 @@ class TestFolder {
 
     const std::filesystem::path& path() const { return path_; }
 
-  private:
+    // Writes `text` to a file below the folder, making its folders.
+    std::filesystem::path Write(const std::string& relative, const std::string& text = "x") const {
+        const auto file = path_ / relative;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << text;
+        return file;
+    }
+
+private:
     std::filesystem::path path_;
 };
 

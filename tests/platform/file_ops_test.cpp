@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "temp_folder.h"
+#include "test_folder.h"
 
 namespace tavora {
 namespace {
 
 class FileOpsTest : public ::testing::Test {
   protected:
-    testing::TempFolder dir;
+    TestFolder dir;
 };
 
 TEST_F(FileOpsTest, CopyKillAndNameReportFailureInsteadOfThrowing) {

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "temp_folder.h"
+#include "test_folder.h"
 
 namespace tavora {
 namespace {
@@ -22,7 +22,7 @@ TEST(SplitCommandLine, BlanksSplitAndQuotesKeepWordsWhole) {
 }
 
 TEST(SystemLauncher, StartsAProgramWithoutWaitingForIt) {
-    testing::TempFolder dir;
+    TestFolder dir;
     const auto marker = dir.path() / "started";
     SystemLauncher launcher;
     const auto start = std::chrono::steady_clock::now();

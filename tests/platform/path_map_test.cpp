@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "temp_folder.h"
+#include "test_folder.h"
 
 namespace tavora {
 namespace {
@@ -24,7 +24,7 @@ class PathMapTest : public ::testing::Test {
     }
     std::string Under(const std::string& relative) { return (root.path() / relative).string(); }
 
-    testing::TempFolder root;
+    TestFolder root;
     PathMap map;
 };
 
