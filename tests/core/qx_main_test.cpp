@@ -27,5 +27,19 @@ TEST(QXMain, CounterPanelsCountFromTheirText) {
     EXPECT_EQ(main.Panel(7).ToolTipText, "Pgm Mgr Selections Not Found");
 }
 
+TEST(QXMain, SavedGeometryFollowsOnlyANormalWindow) {
+    Station station;
+    QXMain main(station);
+    main.WindowState = 2;
+    main.Left = 5;
+    main.Form_Resize();
+    EXPECT_EQ(station.Wnd_State, 2);
+    EXPECT_EQ(station.Wnd_Left, 210);
+    main.WindowState = 0;
+    main.Form_Resize();
+    EXPECT_EQ(station.Wnd_State, 0);
+    EXPECT_EQ(station.Wnd_Left, 5);
+}
+
 }  // namespace
 }  // namespace tavora

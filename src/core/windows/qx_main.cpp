@@ -79,6 +79,16 @@ void QXMain::mnu_File_Click() {
     }
 }
 
+void QXMain::Form_Resize() {
+    if (WindowState == 0) {
+        station_.Wnd_Left = Left;
+        station_.Wnd_Top = Top;
+        station_.Wnd_Width = Width;
+        station_.Wnd_Height = Height;
+    }
+    station_.Wnd_State = WindowState;
+}
+
 void QXMain::Fit_Wind_Click() {
     WindowState = 0;
     Left = 210;

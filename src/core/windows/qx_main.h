@@ -23,6 +23,9 @@ class QXMain : public Form {
     // `mnu_File` at opening: remote use disables the Run command for good.
     void mnu_File_Click();
     void Fit_Wind_Click();
+    // The saved geometry follows the window only while it is normal; the
+    // saved state follows every change.
+    void Form_Resize();
 
     Control& mnu_File = add("mnu_File");
     Control& mnu_File_Run = add("mnu_File_Run");
