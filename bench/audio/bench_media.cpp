@@ -1,0 +1,71 @@
+#include "bench_media.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace tavora::audio::bench {
+namespace {
+
+std::string folder() {
+    static const std::string path = [] {
+        const auto dir = std::filesystem::temp_directory_path() / "tavora-audio-bench";
+        std::filesystem::create_directories(dir);
+        return dir.string();
+    }();
+    return path;
+}
+
+}  // namespace
+
+std::string make_media(const std::string& name, const std::string& codec_args) {
+    const std::string path = folder() + "/" + name;
+    if (std::filesystem::exists(path)) return path;
+    // Two detuned tones and a little noise: something for every codec to work on.
+    const std::string command =
+        "ffmpeg -nostdin -hide_banner -loglevel error -y -f lavfi -i "
+        "\"aevalsrc=0.3*sin(2*PI*440*t)+0.2*sin(2*PI*554.4*t)+0.05*(random(0)-0.5)|"
+        "0.3*sin(2*PI*660*t)+0.2*sin(2*PI*329.6*t)+0.05*(random(1)-0.5):s=44100:d=60\" " +
+        codec_args + " \"" + path + "\"";
+    return std::system(command.c_str()) == 0 ? path : std::string();
+}
+
+double ffmpeg_decode_seconds(const std::string& path) {
+    const std::string log = folder() + "/ffmpeg-bench.txt";
+    double best = 1e9;
+    for (int run = 0; run < 3; ++run) {
+        const std::string command = "ffmpeg -nostdin -hide_banner -benchmark -threads 1 -i \"" +
+                                    path + "\" -f null - > \"" + log + "\" 2>&1";
+        if (std::system(command.c_str()) != 0) return 0;
+        std::ifstream in(log);
+        std::string line;
+        while (std::getline(in, line)) {
+            const auto at = line.find("rtime=");
+            if (at != std::string::npos) best = std::min(best, std::atof(line.c_str() + at + 6));
+        }
+    }
+    return best < 1e9 ? best : 0;
+}
+
+double process_cpu_seconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    auto seconds = [](const timeval& t) { return t.tv_sec + t.tv_usec / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double resident_bytes() {
+    std::ifstream statm("/proc/self/statm");
+    double pages_total = 0;
+    double pages_resident = 0;
+    statm >> pages_total >> pages_resident;
+    return pages_resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+}  // namespace tavora::audio::bench

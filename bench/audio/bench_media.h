@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace tavora::audio::bench {
+
+// A minute of music-like sound in the given container and codec, made once per run by
+// the ffmpeg command in a temporary folder; the path, or "" if ffmpeg failed.
+std::string make_media(const std::string& name, const std::string& codec_args);
+
+// Seconds that `ffmpeg -i path -f null -` spends decoding, best of three.
+double ffmpeg_decode_seconds(const std::string& path);
+
+// Stands for the rule thread's loop: collects what the engine posts, runs it on run().
+class Posted {
+  public:
+    std::function<void(std::function<void()>)> poster() {
+        return [this](std::function<void()> f) {
+            std::lock_guard lock(mutex_);
+            queue_.push_back(std::move(f));
+        };
+    }
+    void run() {
+        std::vector<std::function<void()>> now;
+        {
+            std::lock_guard lock(mutex_);
+            now.swap(queue_);
+        }
+        for (auto& f : now)
+            f();
+    }
+
+  private:
+    std::mutex mutex_;
+    std::vector<std::function<void()>> queue_;
+};
+
+// Seconds of CPU this process has used, all threads.
+double process_cpu_seconds();
+
+// Resident memory of this process in bytes.
+double resident_bytes();
+
+}  // namespace tavora::audio::bench

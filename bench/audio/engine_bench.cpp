@@ -1,0 +1,119 @@
+// The engine as the station uses it: seven players at once, offline and in real time,
+// and what an open player costs in memory.
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "audio/engine.h"
+#include "bench_media.h"
+
+namespace tavora::audio::bench {
+namespace {
+
+constexpr int kPlayers = 7;
+
+std::vector<std::string> seven_files() {
+    return {make_media("music.mp3", "-c:a libmp3lame -b:a 192k"),
+            make_media("music.ogg", "-c:a libvorbis"),
+            make_media("music.m4a", "-c:a aac"),
+            make_media("music.flac", "-c:a flac"),
+            make_media("music.wma", "-c:a wmav2 -f asf"),
+            make_media("music.opus", "-c:a libopus"),
+            make_media("music.mp2", "-c:a mp2")};
+}
+
+std::vector<std::shared_ptr<Player>> start_seven(Engine& engine,
+                                                 const std::vector<std::string>& files) {
+    std::vector<std::shared_ptr<Player>> players;
+    for (int i = 0; i < kPlayers; ++i) {
+        players.push_back(engine.add_player());
+        players.back()->Open(files[static_cast<std::size_t>(i)]);
+    }
+    engine.settle();
+    return players;
+}
+
+// Seven players mixed offline; "x_realtime_per_core" is seconds of audio per second of
+// CPU used by the whole process (decoder threads included).
+void offline_seven(benchmark::State& state, const std::vector<std::string>& files) {
+    Posted posted;
+    Engine engine(OutputKind::Offline, posted.poster());
+    auto players = start_seven(engine, files);
+    posted.run();
+    for (auto& p : players) {
+        p->Volume(-600);
+        p->play();
+    }
+    std::vector<float> block(1024 * kChannels);
+    double frames = 0;
+    const double cpu_before = process_cpu_seconds();
+    for (auto _ : state) {
+        for (int i = 0; i < kRate / 1024; ++i) {
+            engine.render(block.data(), 1024);
+            frames += 1024;
+        }
+        posted.run();  // players that reached their end stop here
+        for (auto& p : players) {
+            if (p->PlayState() != Player::kPlaying) p->play();
+        }
+    }
+    const double cpu = process_cpu_seconds() - cpu_before;
+    state.counters["x_realtime_per_core"] = frames / kRate / cpu;
+    state.counters["audio_s"] = frames / kRate;
+}
+void BM_OfflineSevenFormats(benchmark::State& state) {
+    offline_seven(state, seven_files());
+}
+BENCHMARK(BM_OfflineSevenFormats)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+
+// The usual library: seven MP3 files at 44.1 kHz.
+void BM_OfflineSevenMp3(benchmark::State& state) {
+    offline_seven(state, std::vector<std::string>(kPlayers, seven_files()[0]));
+}
+BENCHMARK(BM_OfflineSevenMp3)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+
+// Seven players on the real-time null output for five seconds: CPU as a share of one core.
+void BM_NullOutputSevenPlayers(benchmark::State& state) {
+    for (auto _ : state) {
+        Posted posted;
+        Engine engine(OutputKind::Null, posted.poster());
+        auto players = start_seven(engine, seven_files());
+        posted.run();
+        for (auto& p : players)
+            p->play();
+        const double cpu_before = process_cpu_seconds();
+        const auto start = std::chrono::steady_clock::now();
+        std::this_thread::sleep_for(std::chrono::seconds(5));
+        const double wall =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        state.counters["cpu_percent_of_core"] = 100.0 * (process_cpu_seconds() - cpu_before) / wall;
+    }
+}
+BENCHMARK(BM_NullOutputSevenPlayers)->Unit(benchmark::kSecond)->Iterations(1);
+
+// Resident memory added by each open player with its ten seconds decoded ahead.
+void BM_MemoryPerOpenPlayer(benchmark::State& state) {
+    const auto files = seven_files();
+    for (auto _ : state) {
+        Engine engine(OutputKind::Offline, [](std::function<void()>) {});
+        const double before = resident_bytes();
+        std::vector<std::shared_ptr<Player>> players;
+        for (int round = 0; round < 2; ++round) {
+            for (const auto& file : files) {
+                players.push_back(engine.add_player());
+                players.back()->Open(file);
+            }
+        }
+        engine.settle();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));  // rings filled
+        state.counters["MB_per_player"] =
+            (resident_bytes() - before) / 1e6 / static_cast<double>(players.size());
+    }
+}
+BENCHMARK(BM_MemoryPerOpenPlayer)->Unit(benchmark::kSecond)->Iterations(1);
+
+}  // namespace
+}  // namespace tavora::audio::bench
