@@ -124,10 +124,7 @@ double play_out(OfflineStation& station, Player& player) {
 TEST(Http, AFileWithItsLengthOpensAndPlaysThrough) {
     TinyServer server(test::media("tone.mp3"), true);
     OfflineStation station;
-    auto player = station.engine().add_player();
-    player->Open(server.url("/sound.mp3"));
-    station.engine().settle();
-    station.run_events();
+    auto player = station.open_at(server.url("/sound.mp3"));
     ASSERT_EQ(player->ReadyState(), Player::kReady) << player->ErrorDescription();
     EXPECT_NEAR(player->Duration(), 3.0, 0.1);
     EXPECT_NEAR(play_out(station, *player), 3.0, 0.1);
@@ -136,10 +133,7 @@ TEST(Http, AFileWithItsLengthOpensAndPlaysThrough) {
 TEST(Http, AStreamOfUnknownLengthHasNoDurationAndPlaysUntilItEnds) {
     TinyServer server(test::media("tone.ogg"), false);
     OfflineStation station;
-    auto player = station.engine().add_player();
-    player->Open(server.url("/sound.ogg"));
-    station.engine().settle();
-    station.run_events();
+    auto player = station.open_at(server.url("/sound.ogg"));
     ASSERT_EQ(player->ReadyState(), Player::kReady) << player->ErrorDescription();
     EXPECT_EQ(player->Duration(), 0.0);
     EXPECT_NEAR(play_out(station, *player), 3.0, 0.1);
@@ -154,7 +148,7 @@ TEST(Http, AUrlThatFailsRaisesTheError) {
     player->Open(server.url("/missing.mp3"));
     station.engine().settle();
     station.run_events();
-    EXPECT_EQ(errors, 1);
+    EXPECT_EQ(errors, 1);  // told once, through the event
     EXPECT_NE(player->ErrorDescription().find("/missing.mp3"), std::string::npos);
     EXPECT_EQ(player->PlayState(), Player::kClosed);
 }

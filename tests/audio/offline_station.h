@@ -42,10 +42,11 @@ class OfflineStation {
         }
     }
 
-    // A player with its file open, or a failed test.
-    std::shared_ptr<Player> open(const std::string& name) {
+    // A player that has tried to open a test file (`name`) or any path or URL (`at`).
+    std::shared_ptr<Player> open(const std::string& name) { return open_at(media(name)); }
+    std::shared_ptr<Player> open_at(const std::string& at) {
         auto player = engine_.add_player();
-        player->Open(media(name));
+        player->Open(at);
         engine_.settle();
         run_events();
         return player;
