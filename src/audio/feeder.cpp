@@ -132,6 +132,15 @@ void Feeder::produce() {
         return;
     }
     refill_at_ = 1;
+    if (!tempo_.active()) {  // the usual case: decode straight into the block
+        const std::size_t got = decoder_.read(block->samples.data(), kBlockFrames);
+        block->gen = gen_;
+        block->frames = static_cast<std::uint32_t>(got);
+        block->last = got < kBlockFrames;
+        ring_.publish();
+        if (got < kBlockFrames) producing_ = false;
+        return;
+    }
     auto staged_frames = [this] { return staged_.size() / kChannels - staged_read_; };
     while (staged_frames() < kBlockFrames && !input_done_) {
         if (staged_read_ > 0) {

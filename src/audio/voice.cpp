@@ -98,18 +98,20 @@ std::size_t Voice::add(const float* in, float* out, std::size_t frames) {
         ramp_target_ = target;
         step_ = (target - level_) / static_cast<float>(kRampFrames);
     }
-    for (std::size_t i = 0; i < frames; ++i) {
-        if (level_ != target) {
-            level_ += step_;
-            if ((step_ > 0.0f && level_ > target) || (step_ < 0.0f && level_ < target) ||
-                step_ == 0.0f) {
-                level_ = target;
-            }
+    std::size_t i = 0;
+    for (; i < frames && level_ != target; ++i) {
+        level_ += step_;
+        if ((step_ > 0.0f && level_ > target) || (step_ < 0.0f && level_ < target) ||
+            step_ == 0.0f) {
+            level_ = target;
         }
         out[2 * i] += in[2 * i] * level_;
         out[2 * i + 1] += in[2 * i + 1] * level_;
-        if (stopping_ && level_ == 0.0f) return i + 1;
     }
+    if (stopping_ && level_ == 0.0f) return i;
+    // Most of the time the level holds still: a plain loop the compiler vectorises.
+    const float level = level_;
+    for (std::size_t k = 2 * i; k < 2 * frames; ++k) out[k] += in[k] * level;
     return frames;
 }
 

@@ -5,6 +5,7 @@
 
 #include "runtime/strings.h"
 #include "store/jet_sql.h"
+#include "store/row_cache.h"
 
 namespace tavora {
 
@@ -35,8 +36,8 @@ std::optional<std::set<std::string>> table_names(Connection& connection, std::st
     return names;
 }
 
-void fill_columns(QueryPlan& plan, const Statement& statement) {
-    for (int i = 0; i < statement.column_count(); ++i) {
+void fill_columns(QueryPlan& plan, const Statement& statement, int first = 0) {
+    for (int i = first; i < statement.column_count(); ++i) {
         plan.names.push_back(statement.column_name(i));
         plan.types.push_back(statement.column_declared_type(i));
     }
@@ -164,12 +165,15 @@ std::shared_ptr<QueryPlan> Library::plan(std::string_view record_source, std::st
         return nullptr;
     }
     if (!plan->table.empty()) {
-        plan->fetch = connection_.prepare("SELECT * FROM " + quote_identifier(plan->table) +
-                                          " WHERE rowid = ?");
-        fill_columns(*plan, plan->fetch);
+        const Statement& fetch = fetch_statement(*this, *plan, kAllFields);
+        fill_columns(*plan, fetch, 1);
+        if (!fetch.ok()) {
+            error = fetch.error();
+            return nullptr;
+        }
     }
-    if (!plan->run.ok() || (!plan->table.empty() && !plan->fetch.ok())) {
-        error = !plan->run.ok() ? plan->run.error() : plan->fetch.error();
+    if (!plan->run.ok()) {
+        error = plan->run.error();
         return nullptr;
     }
     plans_.emplace(std::string(record_source), plan);

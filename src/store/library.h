@@ -23,7 +23,9 @@ struct QueryPlan {
     // yields row keys and rows are read by key from this table.
     std::string table;
     Statement run;
-    Statement fetch;
+    // By the set of fields they read: the row key and those fields, for
+    // the keys between two bounds.
+    std::map<std::uint64_t, Statement> fetches;
     std::vector<std::string> names;
     std::vector<ColumnType> types;
 };
@@ -52,6 +54,8 @@ class Library {
     // which happens at most once per outside-check interval so that an
     // unchanged refresh costs no file access.
     std::uint64_t generation();
+    // The generation as last seen, without looking for outside writes.
+    std::uint64_t known_generation() const { return generation_; }
     void note_write();
     void set_outside_check_interval(std::chrono::milliseconds interval) {
         outside_interval_ = interval;

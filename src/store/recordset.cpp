@@ -7,10 +7,6 @@ namespace tavora {
 
 namespace {
 
-// Rows read from the file at a time: one read transaction per block keeps
-// a walk cheap without holding a lock between calls.
-constexpr std::size_t kBlockRows = 64;
-
 const Value& null_value() {
     static const Value null;
     return null;
@@ -32,6 +28,7 @@ bool Recordset::Open(std::shared_ptr<Library> library, std::string record_source
     library_ = std::move(library);
     source_ = std::move(record_source);
     plan_.reset();
+    cache_ = RowCache();
     return Requery();
 }
 
@@ -60,8 +57,7 @@ bool Recordset::Refresh() {
 bool Recordset::run() {
     keys_.clear();
     cells_.clear();
-    for (Block& block : blocks_)
-        block = Block{};
+    cache_.clear();
     position_ = 0;
     on_deleted_ = false;
     if (library_ == nullptr) return fail("No database is open");
@@ -167,58 +163,20 @@ const Value& Recordset::Fields(int ordinal) {
     if (ordinal < 0 || ordinal >= field_count()) return null_value();
     const auto column = static_cast<std::size_t>(ordinal);
     if (edit_ != EditMode::None) return pending_[column];
-    const Value* row = current_row();
-    return row != nullptr ? row[column] : null_value();
+    if (!has_current()) return null_value();
+    const auto index = static_cast<std::size_t>(position_);
+    if (!keyed()) return cells_[index * static_cast<std::size_t>(field_count()) + column];
+    return cache_.field(*library_, *plan_, keys_, index, column);
 }
 
 const Value& Recordset::Fields(std::string_view name) {
     return Fields(field_index(name));
 }
 
-const Value* Recordset::current_row() {
-    if (!has_current()) return nullptr;
-    const auto columns = static_cast<std::size_t>(field_count());
-    const auto index = static_cast<std::size_t>(position_);
-    if (!keyed()) return &cells_[index * columns];
-    const std::uint64_t generation = library_->generation();
-    for (const Block& block : blocks_) {
-        if (block.generation == generation && index >= block.first &&
-            index < block.first + block.count) {
-            return &block.cells[(index - block.first) * columns];
-        }
-    }
-    const Block& block = load_block(index);
-    return &block.cells[(index - block.first) * columns];
-}
-
-Recordset::Block& Recordset::load_block(std::size_t index) {
-    Block& block = blocks_[next_block_];
-    next_block_ = (next_block_ + 1) % blocks_.size();
-    const auto columns = static_cast<std::size_t>(field_count());
-    block.first = index - index % kBlockRows;
-    block.count = std::min(kBlockRows, keys_.size() - block.first);
-    block.generation = library_->generation();
-    block.cells.assign(block.count * columns, Value());
-    Statement& fetch = plan_->fetch;
-    Library::ReadBatch batch(*library_);
-    for (std::size_t r = 0; r < block.count; ++r) {
-        fetch.bind_int64(1, keys_[block.first + r]);
-        // A row removed by another program since the run reads as Nulls.
-        if (fetch.step() == Statement::Step::Row) {
-            for (std::size_t c = 0; c < columns; ++c) {
-                block.cells[r * columns + c] =
-                    fetch.column_value(static_cast<int>(c), plan_->types[c]);
-            }
-        }
-        fetch.reset();
-    }
-    return block;
-}
-
-void Recordset::restamp_blocks(std::uint64_t before, std::uint64_t after) {
-    for (Block& block : blocks_) {
-        if (block.generation == before) block.generation = after;
-    }
+void Recordset::note_write(std::size_t index, const std::vector<Value>& row) {
+    const std::uint64_t before = library_->known_generation();
+    library_->note_write();
+    cache_.note_written(before, library_->known_generation(), index, row);
 }
 
 bool Recordset::SetField(int ordinal, const Value& value) {
@@ -243,9 +201,10 @@ bool Recordset::SetField(std::string_view name, const Value& value) {
 
 bool Recordset::Edit() {
     if (!keyed()) return fail("This recordset can't be updated");
-    const Value* row = current_row();
-    if (row == nullptr) return fail("No current record");
-    pending_.assign(row, row + field_count());
+    if (!has_current()) return fail("No current record");
+    auto row = RowCache::whole_row(*library_, *plan_, keys_[static_cast<std::size_t>(position_)]);
+    if (!row) return fail("The record was deleted by another user");
+    pending_ = std::move(*row);
     dirty_.assign(pending_.size(), false);
     edit_ = EditMode::Edit;
     return true;
@@ -296,18 +255,7 @@ bool Recordset::write_edit() {
 
     // The values written are already in their stored form, so the cached
     // rows stay good: only the row written changes.
-    const std::uint64_t before = library_->generation();
-    library_->note_write();
-    restamp_blocks(before, library_->generation());
-    const auto columns = static_cast<std::size_t>(field_count());
-    const auto index = static_cast<std::size_t>(position_);
-    for (Block& block : blocks_) {
-        if (block.generation == library_->generation() && index >= block.first &&
-            index < block.first + block.count) {
-            std::copy(pending_.begin(), pending_.end(),
-                      block.cells.begin() + static_cast<long>((index - block.first) * columns));
-        }
-    }
+    note_write(static_cast<std::size_t>(position_), pending_);
     last_modified_ = key;
     return true;
 }
@@ -333,9 +281,7 @@ bool Recordset::write_new() {
         if (dirty_[c]) statement.bind(parameter++, pending_[c]);
     }
     if (statement.step() != Statement::Step::Done) return fail(statement.error());
-    const std::uint64_t before = library_->generation();
-    library_->note_write();
-    restamp_blocks(before, library_->generation());
+    note_write(keys_.size(), {});
     last_modified_ = connection.last_insert_rowid();
     keys_.push_back(last_modified_);
     return true;
@@ -351,8 +297,7 @@ bool Recordset::Delete() {
     if (statement.step() != Statement::Step::Done) return fail(statement.error());
     library_->note_write();
     keys_.erase(keys_.begin() + position_);
-    for (Block& block : blocks_)
-        block = Block{};
+    cache_.clear();
     on_deleted_ = true;
     return true;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include "runtime/value.h"
 #include "store/library.h"
+#include "store/row_cache.h"
 
 namespace tavora {
 
@@ -83,21 +83,12 @@ class Recordset {
 
   private:
     enum class EditMode { None, Edit, Add };
-    struct Block {
-        std::size_t first = 0;
-        std::size_t count = 0;
-        std::uint64_t generation = 0;
-        std::vector<Value> cells;
-    };
-
     bool keyed() const { return plan_ != nullptr && !plan_->table.empty(); }
     std::size_t row_count() const;
     bool has_current() const;
     bool fail(std::string message);
     bool run();
-    const Value* current_row();
-    Block& load_block(std::size_t index);
-    void restamp_blocks(std::uint64_t before, std::uint64_t after);
+    void note_write(std::size_t index, const std::vector<Value>& row);
     bool write_edit();
     bool write_new();
 
@@ -110,8 +101,7 @@ class Recordset {
     std::vector<Value> cells_;     // other sources: the whole result
     long position_ = -1;
     bool on_deleted_ = false;
-    std::array<Block, 2> blocks_;
-    std::size_t next_block_ = 0;
+    RowCache cache_;
     EditMode edit_ = EditMode::None;
     std::vector<Value> pending_;
     std::vector<bool> dirty_;
