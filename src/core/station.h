@@ -88,6 +88,19 @@ struct Station {
     int Ply7_MixOut = 7;
     int Power_On = 0, Power_Every = 0, Power_Ctr = 0;
 
+    // The break order last read from the station manager's qxsm.ini; the
+    // times hold while SM_State is above 0.
+    bool Brk_Exit1 = false, Brk_Exit2 = false;
+    double Break_Start = 0, Break_End = 0, Break_Date = 0;
+    bool Brk_BP = false;
+    int Brk_BPSongs = 0;
+    bool Brk_CD = false, Brk_Skip = false, Brk_Play = false;
+
+    // Requests: the next running number while a playlist is built, and the
+    // slot the status files last reported.
+    int PL_Next = 1;
+    int Stat_Slot = 0;
+
     // Session settings kept in qxbp.ini.
     bool BP_On = false;
     bool BP_Tuesday = false;
