@@ -1,0 +1,80 @@
+#include "request_fixture.h"
+
+namespace tavora {
+namespace {
+
+using RequestEntry = RequestFixture;
+
+TEST_F(RequestEntry, PressesAndCountPressesReturnEveryCounter) {
+    const long long id = add("Song", {{"RTW", Value(2)}, {"Request AllTime", Value(7)}});
+    request->Form_Load();
+    for (int i = 0; i < 3; ++i)
+        request->click("RB", 1);
+    EXPECT_EQ(field(id, "Sel").number(), 3);
+    EXPECT_EQ(field(id, "RTW").number(), 5);
+    EXPECT_EQ(field(id, "Request This Month").number(), 3);
+    EXPECT_EQ(field(id, "Request AllTime").number(), 10);
+    EXPECT_EQ(request->RD(1).Caption, "3");
+    for (int i = 0; i < 4; ++i)
+        request->click("RD", 1);  // the fourth finds Sel at 0
+    EXPECT_EQ(field(id, "Sel").number(), 0);
+    EXPECT_EQ(field(id, "RTW").number(), 2);
+    EXPECT_EQ(field(id, "Request This Month").number(), 0);
+    EXPECT_EQ(field(id, "Request AllTime").number(), 7);
+}
+
+TEST_F(RequestEntry, PlaylistMembersAndPriorityRequests) {
+    const long long member = add("Member", {{"Sel", Value(1000)}, {"RTW", Value(1)}});
+    const long long hot = add("Priority", {{"Sel", Value(50)}});
+    request->Form_Load();
+    request->click("RD", row_of("Member"));
+    EXPECT_EQ(field(member, "Sel").number(), 1000);
+    EXPECT_EQ(field(member, "RTW").number(), 1);
+    request->click("RB", row_of("Priority"));
+    EXPECT_EQ(field(hot, "Sel").number(), 51);
+}
+
+TEST_F(RequestEntry, HoldPaintsTheButtonAndPressesStillCount) {
+    const long long id = add("Song");
+    request->Form_Load();
+    request->click("Command8");
+    EXPECT_EQ(station.Req_Hold, 1);
+    EXPECT_EQ(request->Command8.BackColor, 65535);
+    request->click("RB", 1);
+    EXPECT_EQ(field(id, "Sel").number(), 1);
+    request->click("Command8");
+    EXPECT_EQ(station.Req_Hold, 0);
+    EXPECT_EQ(request->Command8.BackColor, kButtonFace);
+}
+
+TEST_F(RequestEntry, ListBuildingNumbersPressesAndAsksWhereToGoOn) {
+    const long long a = add("A Song");
+    const long long b = add("B Song");
+    request->Form_Load();
+    station.PL_Build = 10;
+    station.PL_Next = 1;
+    request->click("RB", row_of("A Song"));
+    request->click("RB", row_of("B Song"));
+    request->click("RB", row_of("A Song"));  // moves it to the current number
+    EXPECT_EQ(field(a, "Sel").number(), 3);
+    EXPECT_EQ(field(b, "Sel").number(), 2);
+    EXPECT_EQ(station.PL_Next, 4);
+
+    fake.dialogs.Queue(Answer::Cancel);
+    request->click("RD", row_of("B Song"));
+    EXPECT_EQ(field(b, "Sel").number(), 0);
+    EXPECT_EQ(field(b, "RTW").number(), 0);
+    const DialogRequest& asked = fake.dialogs.shown().back().request;
+    EXPECT_EQ(asked.text,
+              "Enter the number to Continue The Count From.  Or Press Cancel to Clear this "
+              "selection");
+    EXPECT_EQ(asked.default_text, "3");
+    EXPECT_EQ(station.PL_Next, 1);
+
+    fake.dialogs.QueueText("7");
+    request->click("RD", row_of("A Song"));
+    EXPECT_EQ(station.PL_Next, 7);
+}
+
+}  // namespace
+}  // namespace tavora
