@@ -1,7 +1,5 @@
 #include "station/station_app.h"
 
-#include <initializer_list>
-
 #include "core/log/play_log.h"
 #include "core/rotation/rotate_db.h"
 #include "core/settings/session_file.h"
@@ -17,217 +15,193 @@ namespace tavora {
 
 namespace {
 
-constexpr const char *kDefaultLibrary = "c:\\tavora\\qx1.mdb";
+constexpr const char* kDefaultLibrary = "c:\\tavora\\qx1.mdb";
 // An operator answers the library question in a few tries; a station with
 // nobody at it must not ask for ever.
 constexpr int kLibraryAsks = 100;
 
-} // namespace
+}  // namespace
 
-StationApp::StationApp(const Services &services)
-    : setup(station, services, pool), services_(services) {
-  setup.End_Program = [this] { Shutdown(); };
-  qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
-  qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
-  qx_main.on_click("mnu_Options_Setup", [this](int) {
-    setup.Form_Load();
-    setup.Visible = true;
-  });
+StationApp::StationApp(const Services& services)
+    : setup(station, services, pool),
+      request(station, services, pool),
+      mail(station, services, pool),
+      services_(services) {
+    setup.End_Program = [this] { Shutdown(); };
+    qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
+    qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
+    qx_main.on_click("mnu_Options_Setup", [this](int) {
+        setup.Form_Load();
+        setup.Visible = true;
+    });
 }
 
 StationApp::~StationApp() = default;
 
-Form *StationApp::form(std::string_view name) {
-  for (Form *window :
-       std::initializer_list<Form *>{&qx_main, &setup, &about, &tavora_db,
-                                     &request, &viewer, &loding, &mail}) {
-    if (window->name() == name)
-      return window;
-  }
-  return nullptr;
-}
-
 std::filesystem::path StationApp::home() const {
-  return services_.paths.install_folder();
+    return services_.paths.install_folder();
 }
 
-std::filesystem::path StationApp::native(const std::string &dos) const {
-  return services_.paths.ToNative(dos).path;
+std::filesystem::path StationApp::native(const std::string& dos) const {
+    return services_.paths.ToNative(dos).path;
 }
 
 bool StationApp::Sub_Main() {
-  lock_.emplace(home());
-  if (!lock_->held() &&
-      services_.dialogs.MsgBox(
-          "The Tavora Music System is already running on this machine. Do "
-          "you want to EXIT this instance now?",
-          Buttons::YesNo) == Answer::Yes) {
-    ended_ = true;
-    if (on_end)
-      on_end();
-    return false;
-  }
+    lock_.emplace(home());
+    if (!lock_->held() &&
+        services_.dialogs.MsgBox("The Tavora Music System is already running on this machine. Do "
+                                 "you want to EXIT this instance now?",
+                                 Buttons::YesNo) == Answer::Yes) {
+        ended_ = true;
+        if (on_end) on_end();
+        return false;
+    }
 
-  setup.Form_Load();
-  qx_main.Visible = false;
-  about.Visible = true;
-  about.cmdOK.Visible = false;
-  about.picIcon.Enabled = false;
-
-  station.set_defaults(services_.clock.Now());
-  qx_main.MousePointer = 11;
-  qx_main.Fit_Wind_Click();
-
-  const auto session_file = home() / "qxbp.ini";
-  if (!files::Exists(session_file)) {
-    Station defaults;
-    defaults.Snip_Max = 3; // a new file's value; an old file without it keeps 1
-    BP_Ini(defaults, session_file);
-  }
-  Read_BP(station, session_file);
-  station.Ply7_Mix = station.Ply7_MixOut;
-
-  Recordset &row = setup.datPrimaryRS.Recordset();
-  row.MoveFirst();
-  if (!row.is_editing())
-    row.Edit();
-  row.SetField("Use Time Filter", Value::boolean(false));
-  row.Update();
-  station.Act_Db = row.Fields("Active Database").text();
-
-  if (!ask_for_library())
-    return false;
-  read_setup_row();
-  setup.Form_Unload();
-
-  if (LCase(Left(station.Act_Db, 2)) != "c:")
-    station.Run_Mode = 1;
-
-  if (station.Run_Mode != 1 && !Rotate_Db(station, services_)) {
     setup.Form_Load();
-    setup.Visible = true;
-    return false;
-  }
+    qx_main.Visible = false;
+    about.Visible = true;
+    about.cmdOK.Visible = false;
+    about.picIcon.Enabled = false;
 
-  tavora_db.Loaded = true;
-  tavora_db.Data1.DatabaseName = native(station.Act_Db).string();
-  request.Loaded = true;
-  request.Left = 0;
-  request.Top = 0;
-  viewer.Loaded = true;
-  loding.Loaded = true;
-  loding.Left = request.Width / 2.5;
-  loding.Top = request.Height / 2.5;
+    station.set_defaults(services_.clock.Now());
+    qx_main.MousePointer = 11;
+    qx_main.Fit_Wind_Click();
 
-  for (int panel : {8, 7, 6, 5})
-    qx_main.Panel(panel).Text = "0";
+    const auto session_file = home() / "qxbp.ini";
+    if (!files::Exists(session_file)) {
+        Station defaults;
+        defaults.Snip_Max = 3;  // a new file's value; an old file without it keeps 1
+        BP_Ini(defaults, session_file);
+    }
+    Read_BP(station, session_file);
+    station.Ply7_Mix = station.Ply7_MixOut;
 
-  about.cmdOK.Visible = true;
-  about.picIcon.Enabled = true;
-  if (auto library =
-          pool.open(native(station.Act_Db), FileKind::Library).library) {
-    Make_Qrys(*library, services_.clock.Now(), [this] {
-      station.CD_Disc = 0;
-      station.CD_Id = "0CD";
-    });
-  }
-  about.Visible = false;
-  about.Loaded = false;
+    Recordset& row = setup.datPrimaryRS.Recordset();
+    row.MoveFirst();
+    if (!row.is_editing()) row.Edit();
+    row.SetField("Use Time Filter", Value::boolean(false));
+    row.Update();
+    station.Act_Db = row.Fields("Active Database").text();
 
-  qx_main.Left = station.Wnd_Left;
-  qx_main.Height = station.Wnd_Height;
-  qx_main.Width = station.Wnd_Width;
-  qx_main.Top = station.Wnd_Top;
-  qx_main.WindowState = station.Wnd_State;
-  qx_main.Visible = true;
-  qx_main.MousePointer = 0;
+    if (!ask_for_library()) return false;
+    read_setup_row();
+    setup.Form_Unload();
 
-  station.IIS_Name = "TQXMS Direct";
-  request.Visible = true;
-  start_internet_interface();
-  return true;
+    if (LCase(Left(station.Act_Db, 2)) != "c:") station.Run_Mode = 1;
+
+    if (station.Run_Mode != 1 && !Rotate_Db(station, services_)) {
+        setup.Form_Load();
+        setup.Visible = true;
+        return false;
+    }
+
+    tavora_db.Loaded = true;
+    tavora_db.Data1.DatabaseName = native(station.Act_Db).string();
+    request.Loaded = true;
+    request.Left = 0;
+    request.Top = 0;
+    viewer.Loaded = true;
+    loding.Loaded = true;
+    loding.Left = request.Width / 2.5;
+    loding.Top = request.Height / 2.5;
+
+    for (int panel : {8, 7, 6, 5})
+        qx_main.Panel(panel).Text = "0";
+
+    about.cmdOK.Visible = true;
+    about.picIcon.Enabled = true;
+    if (auto library = pool.open(native(station.Act_Db), FileKind::Library).library) {
+        Make_Qrys(*library, services_.clock.Now(), [this] {
+            station.CD_Disc = 0;
+            station.CD_Id = "0CD";
+        });
+    }
+    about.Visible = false;
+    about.Loaded = false;
+
+    qx_main.Left = station.Wnd_Left;
+    qx_main.Height = station.Wnd_Height;
+    qx_main.Width = station.Wnd_Width;
+    qx_main.Top = station.Wnd_Top;
+    qx_main.WindowState = station.Wnd_State;
+    qx_main.Visible = true;
+    qx_main.MousePointer = 0;
+
+    station.IIS_Name = "TQXMS Direct";
+    request.Visible = true;
+    start_internet_interface();
+    return true;
 }
 
 bool StationApp::ask_for_library() {
-  for (int asked = 0; !files::Exists(native(station.Act_Db)); ++asked) {
-    if (asked == kLibraryAsks) {
-      Shutdown();
-      return false;
+    for (int asked = 0; !files::Exists(native(station.Act_Db)); ++asked) {
+        if (asked == kLibraryAsks) {
+            Shutdown();
+            return false;
+        }
+        std::string answer = services_.dialogs.InputBox(
+            "Enter the EXACT path and file name of your database Ex(c:\\tavora\\qx1.mdb): ",
+            "TQXMS DATABASE MISSING!!!", station.Act_Db);
+        if (answer.empty()) {
+            ended_ = true;
+            if (on_end) on_end();
+            return false;
+        }
+        if (!files::Exists(native(answer)) &&
+            services_.dialogs.MsgBox(
+                "THAT Didn't Work! Do you want to try the default (c:\\tavora\\qx1.mdb)?",
+                Buttons::YesNo, "Ouch!") == Answer::Yes) {
+            answer = kDefaultLibrary;
+        }
+        if (files::Exists(native(answer))) {
+            station.Act_Db = answer;
+            Recordset& row = setup.datPrimaryRS.Recordset();
+            row.MoveFirst();
+            if (!row.is_editing()) row.Edit();
+            row.SetField("Active Database", Value(answer));
+            row.Update();
+            services_.dialogs.MsgBox("Your Database hase been changed to: " + answer);
+        }
     }
-    std::string answer =
-        services_.dialogs.InputBox("Enter the EXACT path and file name of your "
-                                   "database Ex(c:\\tavora\\qx1.mdb): ",
-                                   "TQXMS DATABASE MISSING!!!", station.Act_Db);
-    if (answer.empty()) {
-      ended_ = true;
-      if (on_end)
-        on_end();
-      return false;
-    }
-    if (!files::Exists(native(answer)) &&
-        services_.dialogs.MsgBox("THAT Didn't Work! Do you want to try the "
-                                 "default (c:\\tavora\\qx1.mdb)?",
-                                 Buttons::YesNo, "Ouch!") == Answer::Yes) {
-      answer = kDefaultLibrary;
-    }
-    if (files::Exists(native(answer))) {
-      station.Act_Db = answer;
-      Recordset &row = setup.datPrimaryRS.Recordset();
-      row.MoveFirst();
-      if (!row.is_editing())
-        row.Edit();
-      row.SetField("Active Database", Value(answer));
-      row.Update();
-      services_.dialogs.MsgBox("Your Database hase been changed to: " + answer);
-    }
-  }
-  return true;
+    return true;
 }
 
 void StationApp::read_setup_row() {
-  Recordset &row = setup.datPrimaryRS.Recordset();
-  row.MoveFirst();
-  station.Run_Mode = row.Fields("Use Playlist").truthy() ? 1 : 0;
-  if (row.Fields("Use Schedule").truthy())
-    station.Run_Mode = 2;
-  station.Power_Every =
-      static_cast<int>(row.Fields("Default Mix Out").number());
-  station.Power_Ctr = station.Power_Every;
-  if (row.Fields("MorS").truthy())
-    station.Power_On = 1;
-  if (row.Fields("Use Weekday Filter").truthy())
-    station.Ply7_On = 1;
-  if (row.Fields("Use Max Plays").truthy())
-    station.Live_Pop = 1;
+    Recordset& row = setup.datPrimaryRS.Recordset();
+    row.MoveFirst();
+    station.Run_Mode = row.Fields("Use Playlist").truthy() ? 1 : 0;
+    if (row.Fields("Use Schedule").truthy()) station.Run_Mode = 2;
+    station.Power_Every = static_cast<int>(row.Fields("Default Mix Out").number());
+    station.Power_Ctr = station.Power_Every;
+    if (row.Fields("MorS").truthy()) station.Power_On = 1;
+    if (row.Fields("Use Weekday Filter").truthy()) station.Ply7_On = 1;
+    if (row.Fields("Use Max Plays").truthy()) station.Live_Pop = 1;
 }
 
 void StationApp::start_internet_interface() {
-  const auto file = home() / "tqxiis.ini";
-  if (!files::Exists(file)) {
-    write_default_tqxiis(file);
-    return;
-  }
-  read_tqxiis_switches(station, file);
-  if (station.IIS_On && station.IIS_AutoLoad) {
-    mail.Loaded = true;
-    mail.WindowState = 1;
-    mail.Left = 0;
-    mail.Top = 2940;
-    mail.Width = 6750;
-    mail.Height = 3800;
-    mail.Visible = true;
-  }
+    const auto file = home() / "tqxiis.ini";
+    if (!files::Exists(file)) {
+        write_default_tqxiis(file);
+        return;
+    }
+    read_tqxiis_switches(station, file);
+    if (station.IIS_On && station.IIS_AutoLoad) {
+        mail.Loaded = true;
+        mail.WindowState = 1;
+        mail.Left = 0;
+        mail.Top = 2940;
+        mail.Width = 6750;
+        mail.Height = 3800;
+        mail.Visible = true;
+    }
 }
 
 void StationApp::Shutdown() {
-  if (ended_)
-    return;
-  BP_Ini(station, home() / "qxbp.ini");
-  if (mail.Loaded)
-    mail.TQXi_Sav(home() / "tqxiis.ini");
-  ended_ = true;
-  if (on_end)
-    on_end();
+    if (ended_) return;
+    BP_Ini(station, home() / "qxbp.ini");
+    if (mail.Loaded) mail.TQXi_Sav(home() / "tqxiis.ini");
+    ended_ = true;
+    if (on_end) on_end();
 }
 
-} // namespace tavora
+}  // namespace tavora

@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string_view>
 
 #include "catalogue/frm_tavora_db.h"
 #include "core/services.h"
@@ -41,10 +40,6 @@ class StationApp {
     // Called when the program ends, after Shutdown's saves.
     std::function<void()> on_end;
 
-    // A window by its name, as scripts and tests reach controls; null when
-    // there is none.
-    Form* form(std::string_view name);
-
     Station station;
     LibraryPool pool;
 
@@ -55,7 +50,7 @@ class StationApp {
     Request request;
     frmViewer viewer;
     frmLoding loding;
-    Mailfrm mail{station};
+    Mailfrm mail;
 
   private:
     std::filesystem::path home() const;
