@@ -1,25 +1,85 @@
 #include "command_line.h"
 
+#include <functional>
+#include <map>
+
 namespace tavora {
+
+namespace {
+
+using Action = CommandLine::Action;
+
+const std::map<std::string, Action, std::less<>>& action_flags() {
+    static const std::map<std::string, Action, std::less<>> flags{
+        {"--help", Action::Help},         {"-h", Action::Help},
+        {"--version", Action::Version},   {"--headless", Action::Headless},
+        {"--install", Action::Install},   {"--demo", Action::Demo},
+        {"--simulate", Action::Simulate},
+    };
+    return flags;
+}
+
+// Options that take one value: where the value goes and, when only some
+// values are allowed, which.
+struct ValueOption {
+    std::string CommandLine::*field;
+    std::vector<std::string> allowed;
+    std::string need;
+};
+
+const std::map<std::string, ValueOption, std::less<>>& value_options() {
+    static const std::map<std::string, ValueOption, std::less<>> options{
+        {"--output", {&CommandLine::output, {"null", "card"}, "null or card"}},
+        {"--start", {&CommandLine::start, {}, "a start time"}},
+        {"--for", {&CommandLine::duration, {}, "a duration"}},
+        {"--script", {&CommandLine::script, {}, "a script file"}},
+        {"--players", {&CommandLine::players, {"engine", "probe"}, "engine or probe"}},
+        {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
+    };
+    return options;
+}
+
+bool allowed(const ValueOption& option, const std::string& value) {
+    if (option.allowed.empty()) return value.rfind("--", 0) != 0;
+    for (const auto& one : option.allowed) {
+        if (one == value) return true;
+    }
+    return false;
+}
+
+void check_simulation(CommandLine& line) {
+    if (line.action != Action::Simulate) return;
+    if (line.start.empty())
+        line.error = "--simulate needs --start \"YYYY-MM-DD HH:MM:SS\"";
+    else if (line.duration.empty())
+        line.error = "--simulate needs --for DURATION";
+}
+
+}  // namespace
 
 CommandLine parse_command_line(const std::vector<std::string>& args) {
     CommandLine line;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
-        if (arg == "--help" || arg == "-h") {
-            line.action = CommandLine::Action::Help;
-        } else if (arg == "--version") {
-            line.action = CommandLine::Action::Version;
+        const bool has_value = i + 1 < args.size();
+        if (const auto flag = action_flags().find(arg); flag != action_flags().end()) {
+            line.action = flag->second;
+        } else if (const auto option = value_options().find(arg); option != value_options().end()) {
+            if (!has_value || !allowed(option->second, args[i + 1])) {
+                line.error = arg + " needs " + option->second.need;
+                return line;
+            }
+            line.*(option->second.field) = args[++i];
         } else if (arg == "--home") {
-            if (i + 1 >= args.size()) {
+            if (!has_value) {
                 line.error = "--home needs a folder";
                 return line;
             }
             line.home = args[++i];
-        } else if (arg == "--headless") {
-            line.action = CommandLine::Action::Headless;
+        } else if (arg == "--trace-selection") {
+            line.trace_selection = true;
         } else if (arg == "--play") {
-            line.action = CommandLine::Action::Play;
+            line.action = Action::Play;
             while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0) {
                 line.play_files.push_back(args[++i]);
             }
@@ -27,17 +87,12 @@ CommandLine parse_command_line(const std::vector<std::string>& args) {
                 line.error = "--play needs at least one file";
                 return line;
             }
-        } else if (arg == "--output") {
-            if (i + 1 >= args.size() || (args[i + 1] != "null" && args[i + 1] != "card")) {
-                line.error = "--output needs null or card";
-                return line;
-            }
-            line.output = args[++i];
         } else {
             line.error = "unknown option: " + arg;
             return line;
         }
     }
+    check_simulation(line);
     return line;
 }
 
@@ -47,12 +102,23 @@ std::string usage_text() {
            "An unattended music programming and playout station.\n"
            "\n"
            "Options:\n"
-           "  --headless     run the station without windows until SIGINT or SIGTERM\n"
-           "  --home DIR     install folder (default: $TAVORA_HOME or ~/tavora)\n"
-           "  --play FILE... play the files at once through the audio engine and exit\n"
-           "  --output OUT   where --play sounds: card (default) or null\n"
-           "  --version      print the version and exit\n"
-           "  --help         print this text and exit\n";
+           "  --install        make the install folder: settings, an empty library, web and\n"
+           "                   manual folders; never overwrites what is there\n"
+           "  --demo           install, make a demo library of generated songs when the\n"
+           "                   library is empty, and run the station headless\n"
+           "  --headless       run the station without windows until SIGINT or SIGTERM\n"
+           "  --home DIR       install folder (default: $TAVORA_HOME or ~/tavora)\n"
+           "  --simulate       run the station on a virtual clock and print what it does:\n"
+           "      --start \"YYYY-MM-DD HH:MM:SS\"  when the run begins\n"
+           "      --for DURATION                 how long it runs: 90s, 45m, 6h, 2d\n"
+           "      --script FILE                  timed clicks, answers and file lines\n"
+           "      --players engine|probe         decode and mix, or only time the files\n"
+           "      --mix-out FILE.wav             write the mix (engine players)\n"
+           "      --trace-selection              print the selection's trace lines\n"
+           "  --play FILE...   play the files at once through the audio engine and exit\n"
+           "  --output OUT     where --play sounds: card (default) or null\n"
+           "  --version        print the version and exit\n"
+           "  --help           print this text and exit\n";
 }
 
 }  // namespace tavora

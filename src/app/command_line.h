@@ -9,7 +9,7 @@ namespace tavora {
 // What the operator asked for on the command line. The station itself takes
 // its settings from its files; these only choose the front end and folders.
 struct CommandLine {
-    enum class Action { Run, Help, Version, Play, Headless };
+    enum class Action { Run, Help, Version, Play, Headless, Install, Demo, Simulate };
     Action action = Action::Run;
     std::optional<std::string> home;  // install folder, c:\tavora
     std::string error;                // non-empty when the line could not be read
@@ -17,6 +17,14 @@ struct CommandLine {
     // --play: media to play through the audio engine, and where ("card" or "null").
     std::vector<std::string> play_files;
     std::string output = "card";
+
+    // --simulate: a run on the virtual clock.
+    std::string start;     // "YYYY-MM-DD HH:MM:SS"
+    std::string duration;  // 90s, 45m, 6h, 2d
+    std::string script;
+    std::string players = "engine";  // or "probe"
+    std::string mix_out;
+    bool trace_selection = false;
 };
 
 CommandLine parse_command_line(const std::vector<std::string>& args);

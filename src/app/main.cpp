@@ -5,7 +5,9 @@
 #include "command_line.h"
 #include "core/version.h"
 #include "headless_command.h"
+#include "install_command.h"
 #include "play_command.h"
+#include "simulate_command.h"
 
 int main(int argc, char** argv) {
     const std::vector<std::string> args(argv + 1, argv + argc);
@@ -25,6 +27,14 @@ int main(int argc, char** argv) {
             return tavora::run_play_command(line.play_files, line.output, std::cout, std::cerr);
         case tavora::CommandLine::Action::Headless:
             return tavora::run_headless(line.home);
+        case tavora::CommandLine::Action::Install:
+            return tavora::run_install(line.home, std::cout, std::cerr);
+        case tavora::CommandLine::Action::Demo:
+            if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr))
+                return failed;
+            return tavora::run_headless(line.home);
+        case tavora::CommandLine::Action::Simulate:
+            return tavora::run_simulate(line, std::cout, std::cerr);
         case tavora::CommandLine::Action::Run:
             break;
     }

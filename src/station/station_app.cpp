@@ -1,5 +1,7 @@
 #include "station/station_app.h"
 
+#include <initializer_list>
+
 #include "core/log/play_log.h"
 #include "core/rotation/rotate_db.h"
 #include "core/settings/session_file.h"
@@ -37,6 +39,14 @@ StationApp::StationApp(const Services& services)
 }
 
 StationApp::~StationApp() = default;
+
+Form* StationApp::form(std::string_view name) {
+    for (Form* window : std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request,
+                                                     &viewer, &loding, &mail}) {
+        if (window->name() == name) return window;
+    }
+    return nullptr;
+}
 
 std::filesystem::path StationApp::home() const {
     return services_.paths.install_folder();

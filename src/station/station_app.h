@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "catalogue/frm_tavora_db.h"
 #include "core/services.h"
@@ -39,6 +40,10 @@ class StationApp {
     bool ended() const { return ended_; }
     // Called when the program ends, after Shutdown's saves.
     std::function<void()> on_end;
+
+    // A window by its name, as scripts and tests reach controls; null when
+    // there is none.
+    Form* form(std::string_view name);
 
     Station station;
     LibraryPool pool;

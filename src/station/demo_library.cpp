@@ -1,0 +1,216 @@
+#include "station/demo_library.h"
+
+#include <array>
+#include <random>
+#include <vector>
+
+#include "platform/path_map.h"
+#include "runtime/dates.h"
+#include "station/demo_media.h"
+#include "station/install.h"
+#include "store/library.h"
+#include "store/recordset.h"
+
+namespace tavora {
+
+namespace {
+
+constexpr std::array kTitleWords = {"Amber",  "Silver",   "Midnight", "Golden",  "Paper",  "Velvet",
+                                    "Summer", "Electric", "Hollow",   "Crystal", "Lonely", "Neon",
+                                    "Wild",   "Quiet",    "Broken",   "Distant"};
+constexpr std::array kTitleNouns = {"Skyline", "River",  "Heart",  "Highway", "Morning", "Dancer",
+                                    "Rain",    "Fire",   "Harbor", "Letters", "Lights",  "Road",
+                                    "Dream",   "Garden", "Signal", "Echo"};
+constexpr std::array kArtists = {
+    "The Northern Lights", "Mara Quinn",     "Static Parade", "Jonah Reyes",
+    "Blue Harbor",         "Lena Holt",      "The Wanderers", "Kite Machine",
+    "Rosa Delgado",        "Iron Meadow",    "Sam Okafor",    "Polar Club",
+    "Hattie Lane",         "Velvet Engines", "Cody Marsh",    "Nova Bloom"};
+constexpr std::array kGenres = {"POP", "ROCK", "Dance", "Country"};
+constexpr std::array kFormats = {".mp3", ".ogg", ".mp3", ".flac", ".m4a", ".mp3", ".opus", ".ogg"};
+
+// One row to be: the clip to make and what the library says about it.
+struct DemoRow {
+    DemoClip clip;
+    std::string title;
+    std::string artist;
+    std::string genre;
+    std::string source;  // empty for a song
+    int chart_field = 0;
+    int chart_position = 0;
+    bool lead_in = false;  // played only in front of its charted song
+    double min_between_hours = 2;
+    int max_day = 4;
+};
+
+std::vector<DemoRow> plan_rows(const std::filesystem::path& music, std::size_t songs) {
+    std::mt19937 pick(20261123);  // the same demo on every machine
+    auto between = [&pick](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(pick);
+    };
+    std::vector<DemoRow> rows;
+    for (std::size_t i = 0; i < songs; ++i) {
+        DemoRow row;
+        row.title = std::string(kTitleWords[i % kTitleWords.size()]) + " " +
+                    kTitleNouns[(i * 7 + i / kTitleNouns.size()) % kTitleNouns.size()];
+        row.artist = kArtists[(i * 5 + 3) % kArtists.size()];
+        row.genre = kGenres[i % kGenres.size()];
+        const double seconds = std::round(between(120, 300));
+        row.clip = {music / (row.title + " - " + row.artist + kFormats[i % kFormats.size()]),
+                    seconds,
+                    std::round(between(0, 8)),
+                    6,
+                    110.0 * std::pow(2.0, std::floor(between(0, 12)) / 12.0),
+                    between(1.6, 2.4)};
+        if (i < 10) {  // the Top 40's first ten
+            row.chart_field = 41;
+            row.chart_position = static_cast<int>(i) + 1;
+        }
+        rows.push_back(row);
+    }
+    auto special = [&](std::string title, std::string source, double seconds) {
+        DemoRow row;
+        row.title = std::move(title);
+        row.artist = "Tavora";
+        row.genre = "POP";
+        row.source = std::move(source);
+        row.clip = {music / (row.title + " - " + row.artist + ".mp3"), seconds, 0, 1, 330.0, 4.0};
+        return row;
+    };
+    for (int position = 1; position <= 10; ++position) {
+        DemoRow lead = special("Top 40 Number " + std::to_string(position), "Top40", 7);
+        lead.chart_field = 41;
+        lead.chart_position = position;
+        lead.lead_in = true;
+        rows.push_back(lead);
+    }
+    for (int i = 1; i <= 6; ++i) {
+        rows.push_back(special("Station Snipit " + std::to_string(i), "Snipit", 8 + i));
+    }
+    DemoRow promo = special("Top Of The Hour Promo", "Timed Promo", 20);
+    promo.min_between_hours = 1;
+    promo.max_day = 24;
+    rows.push_back(promo);
+    return rows;
+}
+
+Value time_of_day(int hour, int minute, int second) {
+    return Value::date(TimeSerial(hour, minute, second));
+}
+
+bool add_row(Recordset& table, const DemoRow& row, const PathMap& paths, double now) {
+    const Value yes = Value::boolean(true);
+    const Value no = Value::boolean(false);
+    const double yesterday = DateValueOf(now) - 1;
+    table.AddNew();
+    table.SetField("Title", row.title);
+    table.SetField("Artist", row.artist);
+    table.SetField("Category", row.genre);
+    table.SetField("Speed", "Always");
+    table.SetField("Type", row.genre);
+    table.SetField("Long title", paths.ToDos(row.clip.file));
+    table.SetField("Sel", 0);
+    table.SetField("Total Request", 0);
+    table.SetField("Min Time Between Plays", Value::date(row.min_between_hours / 24.0));
+    table.SetField("Last Played", Value::date(now - 2));
+    table.SetField("Max Play Day", row.max_day);
+    table.SetField("How Many Today", 0);
+    table.SetField("Max Play Week", row.max_day * 5);
+    table.SetField("How Many This Week", 0);
+    table.SetField("Max Month", row.max_day * 20);
+    table.SetField("How Many This Month", 0);
+    table.SetField("Valid Start time", time_of_day(0, 0, 0));
+    table.SetField("Valid End Time", time_of_day(23, 59, 59));
+    table.SetField("Valid Start Time2", time_of_day(0, 0, 0));
+    table.SetField("Valid End Time2", time_of_day(23, 59, 59));
+    for (const char* day : {"Valid Monday", "Valid Tuesday", "Valid Wednesday", "Valid Thursday",
+                            "Valid Friday", "Valid Saturday", "Valid Sunday"}) {
+        table.SetField(day, row.lead_in ? no : yes);
+    }
+    table.SetField("CreationDate", Value::date(now - 30));
+    table.SetField("Size", row.clip.intro);
+    table.SetField("Mix Out", row.clip.outro);
+    table.SetField("Source", row.source.empty() ? Value() : Value(row.source));
+    for (const char* chart :
+         {"T40", "C40", "D40", "AM40", "RTW", "Request This Month", "Request AllTime"}) {
+        table.SetField(chart, 0);
+    }
+    if (row.chart_field > 0) table.SetField(row.chart_field, row.chart_position);
+    table.SetField("StartVol", 0);
+    table.SetField("Start Pos", 0);
+    table.SetField("End Pos", row.clip.seconds);
+    table.SetField("FadeIn", no);
+    table.SetField("FadeOut", no);
+    table.SetField("Schedule Select", 0);
+    table.SetField("Daily Reset", Value::date(yesterday));
+    table.SetField("Weekly Reset", Value::date(yesterday));
+    table.SetField("Monthly Reset", Value::date(yesterday));
+    table.SetField("Length", Value::date(row.clip.seconds / 86400.0));
+    return table.Update();
+}
+
+// Auto start and the seventh player, so the demo plays as soon as it opens.
+std::string switch_on_demo_settings(const std::filesystem::path& home) {
+    const auto opened = Library::open(home / "Setup.mdb", FileKind::Settings);
+    if (!opened.library) return opened.error;
+    Recordset setup = OpenRecordset(opened.library, "Setup");
+    if (setup.IsEOF()) return "the settings file has no Setup row";
+    setup.Edit();
+    setup.SetField("Use Schedule", Value::boolean(true));
+    setup.SetField("Use Weekday Filter", Value::boolean(true));
+    return setup.Update() ? std::string() : setup.error();
+}
+
+}  // namespace
+
+DemoReport make_demo_library(const std::filesystem::path& home, double now,
+                             const DemoOptions& options) {
+    DemoReport report;
+    auto say = [&options](const std::string& line) {
+        if (options.say) options.say(line);
+    };
+    const InstallReport install = install_station(home, now);
+    if (!install.error.empty()) {
+        report.error = install.error;
+        return report;
+    }
+    const auto opened = Library::open(home / "qx1.mdb", FileKind::Library);
+    if (!opened.library) {
+        report.error =
+            "the library " + (home / "qx1.mdb").string() + " can't be opened: " + opened.error;
+        return report;
+    }
+    Recordset table = OpenRecordset(opened.library, "Recordings1");
+    if (table.RecordCount() > 0) return report;
+
+    const std::vector<DemoRow> rows = plan_rows(home / "music", options.songs);
+    std::vector<DemoClip> clips;
+    for (const auto& row : rows)
+        clips.push_back(row.clip);
+    say("Making " + std::to_string(clips.size()) + " demo clips in " + (home / "music").string());
+    report.error = make_demo_media(clips, [&say](std::size_t done, std::size_t total) {
+        if (done % 10 == 0 || done == total) {
+            say("  " + std::to_string(done) + " of " + std::to_string(total) + " made");
+        }
+    });
+    if (!report.error.empty()) return report;
+
+    const PathMap paths(home);
+    {
+        Transaction batch = opened.library->transaction();
+        for (const auto& row : rows) {
+            if (!add_row(table, row, paths, now)) {
+                report.error = "a demo row could not be written: " + table.error();
+                return report;
+            }
+        }
+        batch.commit();
+    }
+    report.error = switch_on_demo_settings(home);
+    report.made = report.error.empty();
+    report.rows = rows.size();
+    say("The demo library holds " + std::to_string(rows.size()) + " recordings");
+    return report;
+}
+
+}  // namespace tavora
