@@ -101,6 +101,32 @@ struct Station {
     int PL_Next = 1;
     int Stat_Slot = 0;
 
+    // One run of selection: its source state, the sweep and the book-keeping
+    // of the rules (see the selection driver and filter).
+    int Sel_State = 0, Sel_Found = 0;
+    int Qry_Empty = 0;
+    int Rnd_Start = 0, Scan_Pos = 0, Scan_Count = 0;
+    int CD_Pos = 0;
+    int Hot_Active = 0;
+    int BP_Full = 0, BP_Scan = 0;
+    int CD_Pass = 0, Promo_Pass = 0;
+    std::string Set_Format;
+    int Two_X = 0;
+    int Pick_Count = 0;
+    int Fall_Count = 0;
+    // Set when the fallback found no row it may take: the slot stays empty
+    // and the player side stops the run with a message.
+    int Sel_Starved = 0;
+
+    // The last commit and its chart lead.
+    std::string Cue_File;
+    std::string Lead_Type;
+    int Lead_Pos = 0, Lead_Field = 0;
+
+    // Schedule engine.
+    int Active_Next = 0;
+    int Sched_Hit = 0, Sched_Changed = 0, Sched_Stopped = 0;
+
     // Session settings kept in qxbp.ini.
     bool BP_On = false;
     bool BP_Tuesday = false;

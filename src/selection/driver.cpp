@@ -1,0 +1,244 @@
+#include "platform/clock.h"
+#include "platform/path_map.h"
+#include "runtime/convert.h"
+#include "runtime/dates.h"
+#include "runtime/random.h"
+#include "runtime/strings.h"
+#include "selection/fields.h"
+#include "selection/selection.h"
+#include "selection/type_lookup.h"
+
+namespace tavora {
+
+Selection::Selection(Station& station, Services& services, LibraryPool& pool, QXMain& main,
+                     frmLoding& loading, frmTypeLookup& types)
+    : Data3(pool),
+      DataPL(pool),
+      s_(station),
+      services_(services),
+      main_(main),
+      loading_(loading),
+      types_(types) {
+    DataPL.RecordSource = "Playlist";
+}
+
+std::string Selection::active_database() const {
+    return services_.paths.ToNative(s_.Act_Db).path;
+}
+
+void Selection::auto_run() {
+    Data3.DatabaseName = active_database();
+    Data3.Refresh();
+    Recordset& rows = Data3.Recordset();
+    if (rows.RecordCount() > 1) rows.MoveLast();
+    GetNew();
+    if (s_.PL_Marker == 0 && s_.Sel_Starved == 0) {
+        s_.Slot_File[s_.Cue_Slot] = s_.Cue_File;
+        s_.Slot_Ready[s_.Cue_Slot] = 1;
+        s_.Slot_Started[s_.Cue_Slot] = 0;
+    }
+}
+
+void Selection::GetNew() {
+    s_.BP_Done = 0;
+    s_.BP_Scan = 0;
+    s_.Sel_Found = 0;
+    s_.Sel_State = 0;
+    s_.Sel_Starved = 0;
+    if (hooks.trace) trace("GetNew for slot " + std::to_string(s_.Cue_Slot));
+
+    if (s_.Ply7_On == 1 && s_.Cue_Slot == 14) s_.Sel_State = 8;
+    if (s_.Cue_Slot == 15) s_.Sel_State = 10;
+    GetQry();
+    // The seventh player starts on NormSel in the rotation state: no promo,
+    // no request, no hot list, no block party.
+    if (s_.Ply7_On == 1 && s_.Cue_Slot == 14) s_.Sel_State = 3;
+    s_.Scan_Count = Data3.Recordset().RecordCount();
+    s_.Hot_Active = 0;
+
+    while (s_.Sel_Found == 0) {
+        if (Data3.RecordSource == "BPSort" && s_.BP_On) {
+            s_.BP_Full = 0;
+            if (s_.BP_Tuesday && Weekday(services_.clock.Now()) == 3) {
+                if (s_.BP_Count == 2) s_.BP_Full = 1;
+            } else if (s_.BP_Count >= s_.BP_Block) {
+                s_.BP_Full = 1;
+            }
+            if (s_.BP_Full == 0) Block_Party_Scan();
+        }
+        if (s_.Sel_Found == 0 && s_.Qry_Empty == 0) sweep();
+        if (s_.Sel_Found == 0) step_state();
+        if (s_.Sel_State == 4 && s_.Sel_Found == 0) {
+            fallback();
+            if (s_.Sel_Starved != 0) return;
+        }
+        if (s_.Sel_Found == 0 && s_.Sel_State != 4 && s_.Sel_State != 11) GetQry();
+        if (s_.Sel_State == 11 && s_.Sel_Found == 0) cd_fallback();
+        if (s_.Sel_State > 10) s_.Sel_State = 10;
+    }
+}
+
+void Selection::go_to(long position) {
+    Recordset& rows = Data3.Recordset();
+    const auto& library = rows.library();
+    if (library == nullptr || library->generation() != walked_generation_) {
+        Data3.Refresh();
+        if (rows.library() != nullptr) walked_generation_ = rows.library()->generation();
+    }
+    rows.MoveLast();
+    rows.MoveFirst();
+    rows.Move(position);
+}
+
+void Selection::write_done() {
+    const auto& library = Data3.Recordset().library();
+    if (library != nullptr && library->known_generation() == walked_generation_ + 1)
+        walked_generation_ = library->known_generation();
+}
+
+// Both sweeps start from Rnd_Start less one (a start of 0 or 1 from the
+// second row), so the row at Rnd_Start is seen twice and row 0 only by the
+// backward sweep. The row set is looked at again before every row because
+// a rule may have changed a row.
+void Selection::sweep() {
+    if (s_.Rnd_Start == 0) s_.Rnd_Start = 1;
+    s_.Scan_Pos = s_.Rnd_Start > 1 ? s_.Rnd_Start - 1 : s_.Rnd_Start;
+    Recordset& rows = Data3.Recordset();
+    rows.MoveLast();
+    rows.MoveFirst();
+    rows.Move(s_.Scan_Pos);
+    s_.Scan_Count = rows.RecordCount();
+    s_.CD_Pos = 0;
+    if (Data3.RecordSource == "BPSort") return;
+    if (hooks.trace) {
+        trace("source " + Data3.RecordSource + " (state " + std::to_string(s_.Sel_State) + "): " +
+              std::to_string(s_.Scan_Count) + " rows, sweep from " + std::to_string(s_.Scan_Pos));
+    }
+    while (s_.Scan_Pos < s_.Scan_Count && s_.Sel_Found == 0) {
+        go_to(s_.Scan_Pos);
+        ApplyRules();
+        ++s_.Scan_Pos;
+    }
+    s_.Scan_Pos = s_.Rnd_Start;
+    while (s_.Scan_Pos >= 0 && s_.Sel_Found == 0) {
+        go_to(s_.Scan_Pos);
+        ApplyRules();
+        --s_.Scan_Pos;
+    }
+}
+
+void Selection::step_state() {
+    if (s_.Hot_Active == 1 && s_.Sel_State == 3) s_.Sel_State = 2;
+    ++s_.Sel_State;
+    if (s_.Req_Hold == 1 && s_.Sel_State == 1) s_.Sel_State = 2;
+    // With a long request list every third entry to the request pass is
+    // passed over, so that the rotation still gets air time.
+    if (s_.Sel_State == 1 && s_.Req_Open >= 11) {
+        ++s_.Req_Skip;
+        if (s_.Req_Skip > 2) {
+            s_.Sel_State = 2;
+            s_.Req_Skip = 0;
+        }
+    }
+    if (s_.Sel_State == 2 && (s_.Power_Ctr > 0 || s_.Power_On == 0)) s_.Sel_State = 3;
+    if (s_.Sel_State == 2) {
+        caption("Searching Hot List");
+        s_.Hot_Active = 1;
+        s_.Sel_State = 3;
+    } else {
+        s_.Hot_Active = 0;
+    }
+    if (s_.Hot_Active == 0 && s_.Sel_State == 3 && s_.BP_Done == 0 && s_.BP_On)
+        caption("Block Party Search " + s_.BP_Artist + Str(s_.BP_Count));
+    if (s_.Hot_Active == 0 && s_.Sel_State == 4 && Data3.RecordSource == "BPSort") {
+        s_.BP_Done = 1;
+        s_.Sel_State = 3;
+    }
+}
+
+// The answer when every rule said no: a row of the whole library at random,
+// judged by nothing but not being a CD track. Two numbers are drawn per
+// attempt and the first is thrown away.
+void Selection::fallback() {
+    Data3.DatabaseName = active_database();
+    Data3.RecordSource = "recordings1";
+    if (!fallback_has_row()) {
+        s_.Sel_Starved = 1;
+        trace("fallback: no row of the library can be taken; the slot stays empty");
+        report(PickReport::Way::Starved, 0);
+        return;
+    }
+    Recordset& rows = Data3.Recordset();
+    while (s_.Sel_State == 4) {
+        for (int draw = 0; draw < 2; ++draw) {
+            Data3.Refresh();
+            rows.MoveLast();
+            rows.MoveFirst();
+            s_.Rnd_Start = rows.RecordCount() - 1;
+            s_.Scan_Pos = static_cast<int>(Int(s_.Rnd_Start * services_.random.next() + 1));
+        }
+        Data3.Refresh();
+        rows.Move(s_.Scan_Pos);
+        if (!rows.IsEOF() && Left(field(rows, rec::LongTitle).text(), 2) != "CD") {
+            const long rec_id = static_cast<long>(field(rows, rec::RecID).number());
+            if (hooks.trace) trace("fallback: row " + std::to_string(rec_id) + " at random");
+            Load_AmTemps();
+            s_.Fall_Used = -1;
+            ++s_.Fall_Count;
+            main_.Count(7);
+            s_.Sel_Found = 1;
+            s_.Sel_State = 5;
+            report(PickReport::Way::Fallback, rec_id);
+        }
+    }
+    s_.Sel_State = 4;
+}
+
+// The draws reach positions 1 to the last; when none of those rows may be
+// taken the draws would never end, so the run stops before the first.
+bool Selection::fallback_has_row() {
+    Data3.Refresh();
+    Recordset& rows = Data3.Recordset();
+    if (rows.RecordCount() < 2) return false;
+    rows.MoveFirst();
+    for (rows.MoveNext(); !rows.IsEOF(); rows.MoveNext()) {
+        if (Left(field(rows, rec::LongTitle).text(), 2) != "CD") return true;
+    }
+    return false;
+}
+
+void Selection::cd_fallback() {
+    Recordset& rows = Data3.Recordset();
+    rows.MoveLast();
+    rows.MoveFirst();
+    Data3.Refresh();
+    rows.Move(s_.CD_Pos);
+    if (hooks.trace) trace("CD fallback: the disc's row at " + std::to_string(s_.CD_Pos));
+    const long rec_id = static_cast<long>(field(rows, rec::RecID).number());
+    Load_AmTemps();
+    s_.Fall_Used = -1;
+    ++s_.Fall_Count;
+    main_.Count(7);
+    s_.Sel_Found = 1;
+    report(PickReport::Way::CdFallback, rec_id);
+}
+
+void Selection::report(PickReport::Way way, long rec_id) {
+    if (!hooks.on_pick) return;
+    PickReport pick;
+    pick.way = way;
+    pick.slot = s_.Cue_Slot;
+    pick.rec_id = rec_id;
+    pick.record_source = Data3.RecordSource;
+    hooks.on_pick(pick);
+}
+
+void Selection::trace_row(const char* verdict) {
+    if (!hooks.trace) return;
+    Recordset& rows = Data3.Recordset();
+    trace("  row " + field(rows, rec::RecID).text() + " at " + std::to_string(s_.Scan_Pos) + " \"" +
+          field(rows, rec::Title).text() + " - " + field(rows, rec::Artist).text() +
+          "\": " + verdict);
+}
+
+}  // namespace tavora

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/forms/form.h"
+#include "core/services.h"
+#include "core/station.h"
+#include "store/data_control.h"
+
+namespace tavora {
+
+// "Category Override Setup": forces the marked schedule entries to run for
+// a chosen time, whatever their own rules say.
+class Form2 : public Form {
+  public:
+    static constexpr int kButtons = 30;
+    static constexpr long kGreen = 65280;
+
+    Form2(Station& station, Services& services, LibraryPool& pool);
+
+    DataControl DataCat;  // the Schedule table
+
+    void Form_Load();
+    // Redraws one button per schedule entry, green when it is marked.
+    void Cat_Chk();
+    void CmdCat_Click(int index);
+    void Combo1_Click();
+    void Command1_Click();
+
+    Control& Combo1 = add_list("Combo1");
+    Control& Text1 = add_text("Text1");
+    Control& Command1 = add("Command1");
+    Control& Command2 = add("Command2");
+    Control& CmdCat(int index) { return *find("CmdCat", index); }
+
+  private:
+    void show_state();
+
+    Station& station_;
+    Services& services_;
+    long normal_colour_ = 0xC0C0C0;
+};
+
+}  // namespace tavora

@@ -1,0 +1,206 @@
+#include "selection/frm_schedule1.h"
+#include "platform/clock.h"
+
+#include "core/log/rollover.h"
+#include "platform/path_map.h"
+#include "runtime/date_text.h"
+#include "runtime/dates.h"
+#include "selection/fields.h"
+#include "selection/type_lookup.h"
+
+namespace tavora {
+
+namespace {
+
+constexpr int kMaxActive = 100;
+const Value kFalse = Value::boolean(false);
+
+double count_of(Recordset& weights) {
+    return field(weights, weight::ExcludeFiles).number();
+}
+double weight_of(Recordset& weights) {
+    return field(weights, weight::ValidFiles).number();
+}
+
+// Strict at both instants; start after end runs across midnight, start equal
+// to end all day.
+bool in_times(const Value& start, const Value& end, const Value& t) {
+    if (end > start && t > start && t < end) return true;
+    if (start > end && (t > start || t < end)) return true;
+    return start == end;
+}
+
+}  // namespace
+
+frmSchedule1::frmSchedule1(Station& station, Services& services, LibraryPool& pool, QXMain& main,
+                           frmTypeLookup& types, DataControl& setup)
+    : Form("frmSchedule1"),
+      datPrimaryRS(pool),
+      MainDB(pool),
+      DataSched(pool),
+      DataType(pool),
+      DataTcheck(pool),
+      s_(station),
+      services_(services),
+      main_(main),
+      types_(types),
+      setup_(setup) {
+    Caption = "Schedule";
+    datPrimaryRS.RecordSource = "select * from [Schedule] Order by [Name]";
+    MainDB.RecordSource = "Recordings1";
+    DataSched.RecordSource = "Schedule";
+    DataType.RecordSource = "select * from [Type Lookup] Order by [Type]";
+    DataTcheck.RecordSource = "SRequest";
+    CheckTime = [this] { tavora::CheckTime(s_, DataTcheck, main_, players); };
+}
+
+void frmSchedule1::Form_Load() {
+    const std::string path = services_.paths.ToNative(s_.Act_Db).path;
+    for (DataControl* data : {&datPrimaryRS, &MainDB, &DataSched, &DataType, &DataTcheck}) {
+        data->DatabaseName = path;
+        data->Refresh();
+    }
+}
+
+std::shared_ptr<Library> frmSchedule1::library() {
+    MainDB.Refresh();
+    return MainDB.Recordset().library();
+}
+
+void frmSchedule1::Check_Sched() {
+    // The look-ahead: the rules judge the moment the next pick will start.
+    CheckTime();
+    const double now = services_.clock.Now();
+    s_.Clock_Play = now + s_.Look_Play;
+    s_.Clock_Sched = now + s_.Look_Sched;
+    main_.Panel(3).Text = date_text(s_.Clock_Play);
+    main_.Panel(4).Text = date_text(s_.Clock_Sched);
+
+    const std::shared_ptr<Library> file = library();
+    // Between midnight and the new-day time the weights are off.
+    const bool weights_on = Roll_Over(s_, now, setup_, file);
+    types_.Label3.Caption.clear();
+    types_.Label5.Caption.clear();
+
+    // A weight cycle ends when no active category has weight left, or when
+    // the fallback showed that the rules starve.
+    bool weight_left = false;
+    Recordset& weights = types_.Data2.Recordset();
+    types_.Data2.Refresh();
+    weights.MoveFirst();
+    for (weights.MoveNext(); !weights.IsEOF() && !weight_left; weights.MoveNext()) {
+        if (active(field(weights, weight::Category).text()))
+            weight_left =
+                weight_of(weights) > count_of(weights) && count_of(weights) != weight::kNotWeighted;
+    }
+    if (!weight_left || s_.Fall_Used != 0) {
+        s_.Fall_Used = 0;
+        reset_weights();
+    }
+
+    s_.Sched_Changed = 0;
+    s_.All_Charts = 0;
+    s_.Active_Next = 1;
+    DataSched.Refresh();
+    Recordset& entries = DataSched.Recordset();
+    for (entries.MoveFirst(); !entries.IsEOF(); entries.MoveNext())
+        judge_entry(weights_on, entries);
+    for (int i = s_.Active_Next; i <= kMaxActive; ++i)
+        s_.Active_Cats[i] = "NONE";
+    --s_.Active_Next;
+    rewrite_schedule_select();
+}
+
+// The previous check's list, read as it stops: at the first "NONE" below
+// index 99.
+bool frmSchedule1::active(const std::string& category) const {
+    for (int i = 1; i <= kMaxActive; ++i) {
+        if (s_.Active_Cats[i] == "NONE" && i < 99) return false;
+        if (s_.Active_Cats[i] == category) return true;
+    }
+    return false;
+}
+
+void frmSchedule1::reset_weights() {
+    Recordset& weights = types_.Data2.Recordset();
+    weights.MoveFirst();
+    for (weights.MoveNext(); !weights.IsEOF(); weights.MoveNext()) {
+        if (count_of(weights) == weight::kNotWeighted) continue;
+        weights.Edit();
+        weights.SetField(weight::ExcludeFiles, Value("0"));
+        weights.Update();
+    }
+}
+
+void frmSchedule1::judge_entry(bool weights_on, Recordset& entry) {
+    const double now = services_.clock.Now();
+    s_.Sched_Hit = 0;
+    s_.Sched_Stopped = 0;
+    if (s_.Over_End < now) s_.Over_On = 0;
+    if (s_.Over_On == 1) {
+        s_.Sched_Hit = field(entry, sched::Override) == Value(1) ? 2 : 0;
+    } else {
+        if (field(entry, sched::Power).truthy()) s_.Sched_Hit = 1;
+        if (field(entry, sched::RunNow).truthy() && s_.Sched_Hit == 1) s_.Sched_Hit = 2;
+        if (s_.Sched_Hit == 1 && !field(entry, sched::DOMALL).truthy() &&
+            field(entry, sched::DOM1) != Value(Day(s_.Clock_Sched)))
+            s_.Sched_Hit = 0;
+        if (s_.Sched_Hit == 1) {
+            const Value t(TimeValueOf(now) + s_.Look_Sched);
+            s_.Sched_Hit =
+                in_times(field(entry, sched::STime), field(entry, sched::ETime), t) ? 1 : 0;
+        }
+        if (s_.Sched_Hit == 1) {
+            const int weekday = Weekday(s_.Clock_Sched);
+            const int day_field = weekday == 1 ? sched::Su : sched::Mo + weekday - 2;
+            if (field(entry, day_field) == kFalse) s_.Sched_Hit = 0;
+        }
+        if (s_.Sched_Hit == 0 && field(entry, sched::DOWALL).truthy()) {
+            s_.Sched_Changed = 1;
+            s_.Sched_Stopped = 1;
+            entry.Edit();
+            entry.SetField(sched::DOWALL, kFalse);
+            entry.Update();
+        }
+    }
+    if (s_.Sched_Hit == 0) return;
+    if (field(entry, sched::UsePL).truthy()) {
+        s_.All_Charts = 1;
+    } else {
+        activate(field(entry, sched::Type1).text(), weights_on);
+    }
+    if (!field(entry, sched::DOWALL).truthy()) {
+        s_.Sched_Changed = 1;
+        entry.Edit();
+        entry.SetField(sched::DOWALL, Value::boolean(true));
+        entry.Update();
+    }
+}
+
+void frmSchedule1::activate(const std::string& category, bool weights_on) {
+    auto add = [this](const std::string& name) {
+        if (s_.Active_Next <= kMaxActive) s_.Active_Cats[s_.Active_Next] = name;
+        types_.Label3.Caption += name + ", ";
+        ++s_.Active_Next;
+    };
+    if (!weights_on) {
+        add(category);
+        Label1.Caption = "Weight Limiter OFF";
+        return;
+    }
+    Label1.Caption = "Weight Limiter ON";
+    types_.Data2.Refresh();
+    Recordset& weights = types_.Data2.Recordset();
+    weights.MoveFirst();
+    for (weights.MoveNext(); !weights.IsEOF(); weights.MoveNext()) {
+        if (field(weights, weight::Category).text() != category) continue;
+        if (weight_of(weights) > count_of(weights) || count_of(weights) == weight::kNotWeighted) {
+            add(category);
+        } else if (s_.Active_Next <= kMaxActive) {
+            // The monitor names the list entry at this place, as it stands.
+            types_.Label5.Caption += s_.Active_Cats[s_.Active_Next] + ", ";
+        }
+    }
+}
+
+}  // namespace tavora

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "core/services.h"
+#include "core/station.h"
+#include "core/windows/frm_loding.h"
+#include "core/windows/qx_main.h"
+#include "store/data_control.h"
+
+namespace tavora {
+
+class frmTypeLookup;
+
+// How a slot was filled, for the observer the simulator prints.
+struct PickReport {
+    enum class Way { Rules, Fallback, CdFallback, Starved };
+    Way way = Way::Rules;
+    int slot = 0;
+    long rec_id = 0;            // 0 when starved
+    std::string record_source;  // the query the row came from
+};
+
+// What the layers above wire in. Every member may stay empty.
+struct SelectionHooks {
+    // One line per source tried and per row judged, when an operator asks
+    // why a pick was made. Nothing is built while it is empty.
+    std::function<void(const std::string&)> trace;
+    std::function<void(const PickReport&)> on_pick;
+    // The CD player's seek to a track, for a pick in CD mode.
+    std::function<void(int track)> cd_seek;
+};
+
+// The run that chooses the next recording for a cue slot: the stack of
+// sources, the eligibility rules, the block party scan, the commit of a pick
+// and its chart lead. Works on the shared station state and on `Data3`, the
+// working recordset whose record source it switches between the stored
+// queries.
+class Selection {
+  public:
+    Selection(Station& station, Services& services, LibraryPool& pool, QXMain& main,
+              frmLoding& loading, frmTypeLookup& types);
+
+    DataControl Data3;
+    DataControl DataPL;  // the Playlist table, for playlist markers
+    SelectionHooks hooks;
+
+    // The player side's entry: fills Cue_Slot, unless the pick was a
+    // playlist marker (PL_Marker) or nothing could be taken (Sel_Starved).
+    void auto_run();
+    void GetNew();
+    void GetQry();
+
+    // The rules, on the current row of Data3.
+    void ApplyRules();
+    void Filter_It();
+    void Filter_HotCheck();
+    void Block_Party_Scan();
+    void Push_Artist();
+    void Push_Title();
+
+    // The commit of the current row into Cue_Slot.
+    void Load_AmTemps();
+    void Check_Lead();
+    void Load_Playlist();
+
+  private:
+    // Driver steps.
+    void sweep();
+    void step_state();
+    void fallback();
+    bool fallback_has_row();
+    void cd_fallback();
+    void go_to(long position);
+    void write_done();
+
+    // Filter steps.
+    const char* screen_row();
+    const char* judge_row();
+    const char* limit(int count_field, int max_field, int reset_field, const char* unit,
+                      const char* why);
+    bool in_windows(double t);
+    void close_judgement(const char* why);
+    void accept();
+    void count_categories();
+    void load_lead(int slot);
+
+    std::string active_database() const;
+    void caption(const std::string& text) { loading_.Label1.Caption = text; }
+    void trace(const std::string& line) const {
+        if (hooks.trace) hooks.trace(line);
+    }
+    void trace_row(const char* verdict);
+    void report(PickReport::Way way, long rec_id);
+
+    Station& s_;
+    Services& services_;
+    QXMain& main_;
+    frmLoding& loading_;
+    frmTypeLookup& types_;
+    // The library generation the sweep last saw, moved on by the rules' own
+    // writes that change no row's membership or order in any selection
+    // query (the limit resets), so that they cost no re-query.
+    std::uint64_t walked_generation_ = 0;
+};
+
+}  // namespace tavora

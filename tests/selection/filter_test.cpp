@@ -1,0 +1,201 @@
+#include <cmath>
+
+#include "selection_fixture.h"
+
+namespace tavora {
+namespace {
+
+// One row judged alone: accepted, or turned down (with nothing else to take,
+// the run ends starved).
+class FilterTest : public SelectionTest {
+  protected:
+    void SetUp() override {
+        SelectionTest::SetUp();
+        selection.hooks.on_pick = [this](const PickReport& report) { last = report; };
+    }
+    bool accepted(int slot = 3) {
+        last = PickReport{PickReport::Way::Starved, 0, 0, ""};
+        pick(slot);
+        return last.way == PickReport::Way::Rules;
+    }
+    PickReport last;
+};
+
+constexpr double kDay = 46092.0;
+double at(int hour) { return kDay + TimeSerial(hour, 0, 0); }
+
+TEST_F(FilterTest, WindowAcrossMidnightIsStrictAtItsStart) {
+    add({{"Valid Start time", Value::date(TimeSerial(22, 0, 0))},
+         {"Valid End Time", Value::date(TimeSerial(2, 0, 0))},
+         {"Valid Start Time2", Value::date(TimeSerial(22, 0, 0))},
+         {"Valid End Time2", Value::date(TimeSerial(2, 0, 0))},
+         {"Min Time Between Plays", Value::date(0)}});
+    set_now(at(12));
+    EXPECT_FALSE(accepted());
+    set_now(at(22));
+    EXPECT_FALSE(accepted());
+    set_now(at(23));
+    EXPECT_TRUE(accepted());
+    set_now(at(1) + 1);
+    EXPECT_TRUE(accepted());
+}
+
+TEST_F(FilterTest, EqualStartAndEndMeanAllDayAndWindowTwoRescuesWindowOne) {
+    const long all_day = add({{"Valid Start time", Value::date(TimeSerial(9, 0, 0))},
+                              {"Valid End Time", Value::date(TimeSerial(9, 0, 0))}});
+    EXPECT_TRUE(accepted());
+    set(all_day, "Schedule Select", Value(0));
+    add({{"Valid Start time", Value::date(TimeSerial(6, 0, 0))},
+         {"Valid End Time", Value::date(TimeSerial(7, 0, 0))},
+         {"Valid Start Time2", Value::date(TimeSerial(13, 0, 0))},
+         {"Valid End Time2", Value::date(TimeSerial(15, 0, 0))}});
+    EXPECT_TRUE(accepted());
+}
+
+TEST_F(FilterTest, DayComesFromTheScheduleClockAndANullFlagDoesNotReject) {
+    add({{"Valid Wednesday", Value::boolean(false)}});
+    EXPECT_FALSE(accepted());
+    station.Clock_Sched = kNow + 1;  // the look-ahead reaches Thursday
+    EXPECT_TRUE(accepted());
+    Recordset table = OpenRecordset(library, "Recordings1");
+    table.Edit();
+    table.SetField("Valid Thursday", Value());
+    table.Update();
+    set_now(kNow + 0.2);
+    EXPECT_TRUE(accepted());
+}
+
+TEST_F(FilterTest, MinimumTimeIsStrictAndANullLastPlayedNeverPasses) {
+    const long id =
+        add({{"Min Time Between Plays", Value::date(0)}, {"Last Played", Value::date(kNow)}});
+    EXPECT_FALSE(accepted());
+    fake.clock.Advance(1000);
+    EXPECT_TRUE(accepted());
+    set(id, "Last Played", Value());
+    fake.clock.Advance(1000);
+    EXPECT_FALSE(accepted());
+}
+
+TEST_F(FilterTest, DailyLimitResetsLazilyWhenItsDateHasPassed) {
+    const long id = add({{"How Many Today", Value(3)},
+                         {"Max Play Day", Value(3)},
+                         {"Daily Reset", Value::date(kNow + 0.5)}});
+    EXPECT_FALSE(accepted());
+    EXPECT_EQ(field(id, "How Many Today").number(), 3);
+    set(id, "Daily Reset", Value::date(kNow - 0.5));
+    EXPECT_TRUE(accepted());
+    EXPECT_DOUBLE_EQ(field(id, "Daily Reset").number(), kNow + 1);
+    EXPECT_EQ(field(id, "How Many Today").number(), 1);  // reset to 0, then the play
+}
+
+TEST_F(FilterTest, MonthlyResetSticksWhenTheWeekTurnsTheRowAway) {
+    const long id = add({{"How Many This Month", Value(9)},
+                         {"Max Month", Value(9)},
+                         {"Monthly Reset", Value::date(kNow - 1)},
+                         {"How Many This Week", Value(4)},
+                         {"Max Play Week", Value(4)},
+                         {"Weekly Reset", Value::date(kNow + 3)}});
+    EXPECT_FALSE(accepted());
+    EXPECT_EQ(field(id, "How Many This Month").number(), 0);
+    EXPECT_DOUBLE_EQ(field(id, "Monthly Reset").number(), DateAdd("m", 1, kNow));
+}
+
+TEST_F(FilterTest, ChartedRowPlaysToTwiceItsLimitButNotInTheSeventhPlayer) {
+    station.Power_On = 1;
+    station.Power_Every = 8;
+    station.Power_Ctr = 3;
+    const long id = add({{"T40", Value(4)},
+                         {"How Many Today", Value(5)},
+                         {"Max Play Day", Value(3)},
+                         {"Daily Reset", Value::date(kNow + 0.5)},
+                         {"Length", Value::date(TimeSerial(0, 3, 0))}});
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(station.Two_X, 1);
+    EXPECT_EQ(station.Power_Ctr, 8);
+    EXPECT_EQ(main.Panel(6).Text, "1");
+    set(id, "How Many Today", Value(5));
+    station.Ply7_On = 1;
+    EXPECT_FALSE(accepted(14));
+    set(id, "How Many Today", Value(6));
+    EXPECT_FALSE(accepted());
+}
+
+TEST_F(FilterTest, RequestIgnoresDaysWindowsAndLimitsAndUsesUpAPriority) {
+    const long id = add({{"Sel", Value(60)},
+                         {"Schedule Select", Value(0)},
+                         {"Valid Wednesday", Value::boolean(false)},
+                         {"How Many Today", Value(9)},
+                         {"Max Play Day", Value(1)},
+                         {"Daily Reset", Value::date(kNow + 1)}});
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(last.record_source, "SRequest");
+    EXPECT_EQ(field(id, "Sel").number(), 0);
+    EXPECT_EQ(station.Req_Open, 1);
+}
+
+TEST_F(FilterTest, RequestCountsDownButARecordPlayedSixTimesTodayLosesAll) {
+    const long id = add({{"Sel", Value(3)}, {"Min Time Between Plays", Value::date(0)}});
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(field(id, "Sel").number(), 2);
+    set(id, "How Many Today", Value(6));
+    fake.clock.Advance(1000);
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(field(id, "Sel").number(), 0);
+}
+
+TEST_F(FilterTest, WebRequestWaitsHalfAnHour) {
+    const long id = add({{"Sel", Value(1)},
+                         {"Schedule Select", Value(0)},
+                         {"AccessDate", Value::date(kNow - TimeSerial(0, 10, 0))}});
+    EXPECT_FALSE(accepted());
+    EXPECT_EQ(field(id, "Sel").number(), 1);
+    set_now(kNow + TimeSerial(0, 21, 0));
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(field(id, "Sel").number(), 0);
+}
+
+TEST_F(FilterTest, SnipitRunLimitHoldsUntilANormalRowPlays) {
+    station.Snip_Max = 1;
+    add({{"Source", Value("Snipit")}});
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(station.Snip_Run, 1);
+    fake.clock.Advance(2 * 3600 * 1000);
+    EXPECT_FALSE(accepted());
+    station.Snip_Run = 0;  // as a normal pick leaves it
+    EXPECT_TRUE(accepted());
+}
+
+TEST_F(FilterTest, SameFormatSetPassesSystemRecords) {
+    station.MFilter = 1;
+    station.Set_Format = "mp3";
+    const long wav = add({{"Long title", Value("d:\\music\\a.wav")}});
+    EXPECT_FALSE(accepted(2));
+    set(wav, "Long title", Value("QXsystem.wav"));
+    EXPECT_TRUE(accepted(2));
+    set(wav, "Long title", Value("d:\\music\\a.wav"));
+    fake.clock.Advance(2 * 3600 * 1000);
+    EXPECT_TRUE(accepted(1));  // slot 1 opens a new set
+    EXPECT_EQ(station.Set_Format, "wav");
+}
+
+TEST_F(FilterTest, TimedPromoPlaysOnTheLookAheadClockEvenUnscheduled) {
+    const long promo = add({{"Source", Value("Timed Promo")},
+                            {"Schedule Select", Value(0)},
+                            {"Min Time Between Plays", Value::date(TimeSerial(0, 30, 0))},
+                            {"Last Played", Value::date(kNow - TimeSerial(0, 40, 0))}});
+    station.Clock_Play = kNow - TimeSerial(0, 15, 0);  // frozen by an earlier check
+    EXPECT_FALSE(accepted());
+    station.Clock_Play = kNow;
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(last.rec_id, promo);
+    EXPECT_EQ(last.record_source, "Timed Promo");
+    EXPECT_EQ(station.Sel_State, 0);
+}
+
+TEST_F(FilterTest, UnscheduledNormalRowNeverPassesTheRules) {
+    add({{"Schedule Select", Value(0)}});
+    EXPECT_FALSE(accepted());
+}
+
+}  // namespace
+}  // namespace tavora
