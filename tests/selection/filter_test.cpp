@@ -22,7 +22,9 @@ class FilterTest : public SelectionTest {
 };
 
 constexpr double kDay = 46092.0;
-double at(int hour) { return kDay + TimeSerial(hour, 0, 0); }
+double at(int hour) {
+    return kDay + TimeSerial(hour, 0, 0);
+}
 
 TEST_F(FilterTest, WindowAcrossMidnightIsStrictAtItsStart) {
     add({{"Valid Start time", Value::date(TimeSerial(22, 0, 0))},

@@ -1,0 +1,164 @@
+#include "runtime/convert.h"
+#include "runtime/random.h"
+#include "selection_fixture.h"
+
+namespace tavora {
+namespace {
+
+class DriverTest : public SelectionTest {
+  protected:
+    void SetUp() override {
+        SelectionTest::SetUp();
+        selection.hooks.on_pick = [this](const PickReport& report) { picks.push_back(report); };
+    }
+    // Moves the clock on, so a row just played is past a zero minimum time.
+    void later() { fake.clock.Advance(1000); }
+
+    std::vector<PickReport> picks;
+};
+
+TEST_F(DriverTest, RandomStartAddsTheClockSecondsOrTakesThemAway) {
+    for (int i = 0; i < 100; ++i)
+        add();
+    set_now(kNow + TimeSerial(0, 0, 30));
+    Random same;  // the station's generator, before its first draw
+    const int draw = static_cast<int>(Int(99 * same.next() + 1));
+    station.Sel_State = 3;
+    selection.GetQry();
+    EXPECT_EQ(selection.Data3.RecordSource, "NormSel");
+    EXPECT_EQ(station.Rnd_Start, draw + 30 > 99 ? draw - 30 : draw + 30);
+}
+
+TEST_F(DriverTest, TwoRowQueryAlwaysStartsAtOne) {
+    add();
+    add();
+    set_now(kNow + TimeSerial(0, 0, 5));
+    station.Sel_State = 3;
+    for (int run = 0; run < 3; ++run) {
+        selection.GetQry();
+        EXPECT_EQ(station.Rnd_Start, 1);
+    }
+}
+
+TEST_F(DriverTest, SecondRequestInTheListPlaysFirst) {
+    const long top = add({{"Sel", Value(5)}, {"Min Time Between Plays", Value::date(0)}});
+    const long second = add({{"Sel", Value(2)}, {"Min Time Between Plays", Value::date(0)}});
+    EXPECT_EQ(pick(), second);
+    EXPECT_EQ(main.Panel(8).Text, "1");
+    later();
+    EXPECT_EQ(pick(), second);  // still second: Sel 1 sorts below 5
+    later();
+    EXPECT_EQ(pick(), top);  // the only one open
+    EXPECT_EQ(station.Req_Open, 1);
+}
+
+TEST_F(DriverTest, LongRequestListSkipsEveryThirdRequestPass) {
+    for (int i = 0; i < 11; ++i)
+        add({{"Sel", Value(9)},
+             {"Schedule Select", Value(0)},
+             {"Min Time Between Plays", Value::date(0)}});
+    add({{"Min Time Between Plays", Value::date(0)}});
+    station.Req_Open = 11;
+    for (int run = 0; run < 3; ++run) {
+        pick();
+        later();
+    }
+    ASSERT_EQ(picks.size(), 3u);
+    EXPECT_EQ(picks[0].record_source, "SRequest");
+    EXPECT_EQ(picks[1].record_source, "SRequest");
+    EXPECT_EQ(picks[2].record_source, "NormSel");
+    EXPECT_EQ(station.Req_Skip, 0);
+}
+
+TEST_F(DriverTest, HeldRequestsWaitWhateverTheirPriority) {
+    add({{"Sel", Value(1005)}, {"Schedule Select", Value(0)}});
+    const long normal = add();
+    station.Req_Hold = 1;
+    EXPECT_EQ(pick(), normal);
+}
+
+TEST_F(DriverTest, LeastPlayedQueriesTakeTurnsWithTheirCaptions) {
+    add();
+    add();
+    station.Least_Every = 3;
+    station.Least_Ctr = 3;
+    station.Sel_State = 3;
+    selection.GetQry();
+    EXPECT_EQ(selection.Data3.RecordSource, "NormSel");
+    station.Least_Ctr = 4;
+    selection.GetQry();
+    EXPECT_EQ(selection.Data3.RecordSource, "LastPlay");
+    EXPECT_EQ(loading.Label1.Caption, "Search Least Frequent Play");
+    EXPECT_EQ(station.Least_Ctr, 0);
+    EXPECT_EQ(station.Rnd_Start, 0);
+    station.Least_Ctr = 4;
+    selection.GetQry();
+    EXPECT_EQ(selection.Data3.RecordSource, "LeastPlayed");
+    EXPECT_EQ(loading.Label1.Caption, "Searching Least Played");
+}
+
+TEST_F(DriverTest, FallbackTakesAnyRowButRowZeroAndCountsIt) {
+    const long first = add({{"Schedule Select", Value(0)}});
+    add({{"Schedule Select", Value(0)}});
+    add({{"Schedule Select", Value(0)}});
+    const long got = pick();
+    ASSERT_EQ(picks.size(), 1u);
+    EXPECT_EQ(picks[0].way, PickReport::Way::Fallback);
+    EXPECT_NE(got, first);
+    EXPECT_EQ(field(got, "How Many Today").number(), 1);
+    EXPECT_EQ(main.Panel(7).Text, "1");
+    EXPECT_EQ(station.Fall_Used, -1);
+    EXPECT_EQ(station.Fall_Count, 1);
+    EXPECT_EQ(station.Sel_State, 4);
+    EXPECT_EQ(station.Slot_Ready[3], 1);
+}
+
+TEST_F(DriverTest, LibraryOfCdTracksOnlyStarvesInsteadOfSpinning) {
+    pick();
+    EXPECT_EQ(station.Sel_Starved, 1);  // empty library
+    const long cd = add({{"Long title", Value("CD Media - Disc")}});
+    add({{"Long title", Value("CD Media - Disc")}});
+    station.Cue_File = "kept";
+    pick();
+    EXPECT_EQ(station.Sel_Starved, 1);
+    EXPECT_EQ(station.Slot_Ready[3], 0);
+    EXPECT_EQ(station.Cue_File, "kept");
+    EXPECT_EQ(field(cd, "How Many Today").number(), 0);
+    EXPECT_EQ(main.Panel(7).Text, "");
+    ASSERT_EQ(picks.size(), 2u);
+    EXPECT_EQ(picks[1].way, PickReport::Way::Starved);
+}
+
+TEST_F(DriverTest, SeventhPlayerTakesNoPromoNoShortClipAndNoFade) {
+    station.Ply7_On = 1;
+    add({{"Source", Value("Timed Promo")}, {"Schedule Select", Value(0)}});
+    add({{"Source", Value("Snipit")}, {"Length", Value::date(TimeSerial(0, 0, 20))}});
+    add({{"FadeIn", Value::boolean(true)}});
+    const long plain = add();
+    EXPECT_EQ(pick(14), plain);
+    EXPECT_EQ(picks.back().record_source, "NormSel");
+}
+
+TEST_F(DriverTest, TraceTellsWhyEachEarlierRowWasPassedOver) {
+    const long good = add();
+    add({{"Valid Start time", Value::date(TimeSerial(6, 0, 0))},
+         {"Valid End Time", Value::date(TimeSerial(7, 0, 0))},
+         {"Valid Start Time2", Value::date(TimeSerial(6, 0, 0))},
+         {"Valid End Time2", Value::date(TimeSerial(7, 0, 0))}});
+    std::vector<std::string> lines;
+    selection.hooks.trace = [&](const std::string& line) { lines.push_back(line); };
+    EXPECT_EQ(pick(), good);
+    const std::vector<std::string> expected = {
+        "GetNew for slot 3",
+        "source Timed Promo: no rows",
+        "source SRequest: no rows",
+        "source NormSel (state 3): 2 rows, sweep from 1",
+        "  row 2 at 1 \"Song 2 - Artist 2\": outside both time windows",
+        "  row 2 at 1 \"Song 2 - Artist 2\": outside both time windows",
+        "  row 1 at 0 \"Song 1 - Artist 1\": accepted",
+    };
+    EXPECT_EQ(lines, expected);
+}
+
+}  // namespace
+}  // namespace tavora
