@@ -133,6 +133,20 @@ void BM_LetterJumpToZ(benchmark::State& state) {
 }
 BENCHMARK(BM_LetterJumpToZ)->Unit(benchmark::kMillisecond);
 
+// The first jump after the library changed reads the whole list again.
+void BM_LetterJumpAfterARequest(benchmark::State& state) {
+    Request& request = *bench().request;
+    for (auto _ : state) {
+        state.PauseTiming();
+        request.BtnSrt_Click(0);
+        request.click("RB", 1);
+        state.ResumeTiming();
+        request.BLtr_Click(25);
+        benchmark::DoNotOptimize(request.List_Top);
+    }
+}
+BENCHMARK(BM_LetterJumpAfterARequest)->Unit(benchmark::kMillisecond);
+
 void BM_CheckOf10kItems(benchmark::State& state) {
     Bench& b = bench();
     TextWriter out(b.home() / "newreq.tqf", TextWriter::Mode::Create);

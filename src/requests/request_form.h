@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/forms/form.h"
 #include "core/services.h"
@@ -131,6 +133,10 @@ class Request : public Form {
     void paint_row(int row);
     void show_letters(bool visible);
     int first_letter_at(long position);
+    // The first letter of the sort field on every row of the list, in upper
+    // case, 0 when Null or empty. Read again only when the sort, its field
+    // or the library changed, so repeated jumps don't walk the library.
+    const std::vector<unsigned char>& letters();
     void viewer_timer(bool on);
     // Sorts 0 to 12 and the two playlist stages.
     void apply_sort(int index);
@@ -145,6 +151,14 @@ class Request : public Form {
     void PL_Done();
     void Auto_Playlists();
     void write_status_files();
+
+    struct LetterCache {
+        std::string source;
+        int field = 0;
+        std::uint64_t generation = 0;
+        std::vector<unsigned char> first;
+    };
+    LetterCache letter_cache_;
 
     Station& station_;
     const Services& services_;

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "platform/dialogs.h"
 #include "requests/request_form.h"
 #include "runtime/strings.h"
@@ -30,6 +32,17 @@ constexpr Sort kSorts[] = {
 
 std::string first_char_upper(const Value& v) {
     return UCase(tavora::Left(v.text(), 1));
+}
+
+// The first byte of a text field in upper case, 0 for Null or empty: the
+// letter jumps compare single letters, and a walk of the whole list must not
+// build a string per row.
+unsigned char first_byte_upper(const Value& v) {
+    if (v.kind() != Value::Kind::Text) return v.is_null() ? 0 : first_char_upper(v)[0];
+    const std::string text = v.text();
+    if (text.empty()) return 0;
+    const unsigned char c = static_cast<unsigned char>(text[0]);
+    return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
 }
 
 }  // namespace
@@ -114,10 +127,29 @@ void Request::fall_back_to_titles(int index) {
     if (index == 10) PL_New();
 }
 
+const std::vector<unsigned char>& Request::letters() {
+    Recordset& r = rs();
+    const std::uint64_t generation = r.library() ? r.library()->generation() : 0;
+    LetterCache& cache = letter_cache_;
+    if (cache.source == datPrimaryRS.RecordSource && cache.field == Sort_Field &&
+        cache.generation == generation && cache.generation != 0 &&
+        static_cast<long>(cache.first.size()) == r.RecordCount()) {
+        return cache.first;
+    }
+    cache.first.clear();
+    cache.first.reserve(static_cast<std::size_t>(r.RecordCount()));
+    for (r.MoveFirst(); !r.IsEOF(); r.MoveNext())
+        cache.first.push_back(first_byte_upper(r.Fields(Sort_Field)));
+    cache.source = datPrimaryRS.RecordSource;
+    cache.field = Sort_Field;
+    cache.generation = generation;
+    return cache.first;
+}
+
 int Request::first_letter_at(long position) {
-    if (!go_to(position)) return -1;
-    const std::string c = first_char_upper(rs().Fields(Sort_Field));
-    return c.empty() ? 0 : static_cast<unsigned char>(c[0]);
+    const std::vector<unsigned char>& first = letters();
+    if (position < 0 || position >= static_cast<long>(first.size())) return -1;
+    return first[static_cast<std::size_t>(position)];
 }
 
 void Request::BLtr_Click(int index) {
@@ -136,12 +168,11 @@ void Request::BLtr_Click(int index) {
     if (index < 26) {
         // One walk from the first row; a letter with no entries lands on
         // the next letter that has one.
-        go_to(List_Pos);
-        for (long i = List_Pos; i <= List_Last && !r.IsEOF(); ++i, r.MoveNext()) {
-            const Value field = r.Fields(Sort_Field);
-            if (field.is_null()) continue;
-            const std::string first = first_char_upper(field);
-            if (!first.empty() && letter <= first) {
+        const unsigned char wanted = static_cast<unsigned char>(letter[0]);
+        const std::vector<unsigned char>& first = letters();
+        const long end = std::min(List_Last, static_cast<long>(first.size()) - 1);
+        for (long i = List_Pos; i <= end; ++i) {
+            if (wanted <= first[static_cast<std::size_t>(i)]) {
                 List_Top = i;
                 break;
             }
