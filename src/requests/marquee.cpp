@@ -10,8 +10,6 @@ namespace tavora {
 
 namespace {
 
-constexpr long kGreen = 65280;
-constexpr long kYellow = 65535;
 constexpr long kIdleLabel = 12632064;
 
 // Flips a two-state switch whose caption is its state.

@@ -34,10 +34,6 @@ constexpr const char* kDayFields[] = {"Valid Monday",   "Valid Tuesday", "Valid 
                                       "Valid Thursday", "Valid Friday",  "Valid Saturday",
                                       "Valid Sunday"};
 
-bool blank(const Value& v) {
-    return v.is_null() || v.text().empty();
-}
-
 // The chart position below which the save takes a record into the list.
 double chart_limit(int auto_pl, int day_of_month) {
     switch (auto_pl) {
@@ -236,7 +232,7 @@ void Request::PL_Save() {
     const int day = static_cast<int>(Val(Format(services_.clock.Now(), "dd")));
     Recordset& r = rs();
     for (r.MoveFirst(); !r.IsEOF(); r.MoveNext()) {
-        if (blank(r.Fields("Source")) && s.Auto_PL > 1 && s.Auto_PL <= 5) {
+        if (null_or_empty(r.Fields("Source")) && s.Auto_PL > 1 && s.Auto_PL <= 5) {
             const Value place = r.Fields(kAutoLists[s.Auto_PL - 2].chart);
             if (place > Value(0) && place < Value(chart_limit(s.Auto_PL, day)) && r.Edit()) {
                 r.SetField("Sel", Value(1000 + place.number()));

@@ -9,7 +9,6 @@ namespace tavora {
 namespace {
 
 constexpr const char* kCounters[] = {"Sel", "RTW", "Request This Month", "Request AllTime"};
-constexpr long kYellow = 65535;
 
 double field(Recordset& r, const char* name) {
     return r.Fields(name).number();

@@ -31,7 +31,6 @@ constexpr long kNewColour = 8438015;
 constexpr long kChartColour = 16761087;
 constexpr long kRequestedColour = 8454016;
 constexpr long kPlaylistColour = 255;
-constexpr long kGreen = 65280;
 
 struct ChartTip {
     const char* field;
@@ -44,10 +43,6 @@ constexpr ChartTip kChartTips[] = {
     {"T40", "TOP 40 Pick #"},
     {"AM40", "TOP Requested Pick #"},
 };
-
-bool blank(const Value& v) {
-    return v.is_null() || v.text().empty();
-}
 
 }  // namespace
 
@@ -233,7 +228,7 @@ void Request::Skip_Spec() {
     if (Command1.Caption == "S Off") {
         Recordset& r = rs();
         go_to(List_Pos);
-        while (!r.IsEOF() && !blank(r.Fields("Source"))) {
+        while (!r.IsEOF() && !null_or_empty(r.Fields("Source"))) {
             r.MoveNext();
             ++List_Pos;
         }

@@ -15,9 +15,17 @@
 
 namespace tavora {
 
-// The system colour a control takes when painted "button face".
+// The system colour a control takes when painted "button face", and the two
+// colours of a switch that is on and of Hold.
 inline constexpr long kButtonFace = 0x8000000F;
+inline constexpr long kGreen = 65280;
+inline constexpr long kYellow = 65535;
 inline constexpr int kRows = 14;
+
+// A text field the rules test for "Null or empty".
+inline bool null_or_empty(const Value& v) {
+    return v.is_null() || v.text().empty();
+}
 
 // The jukebox request list: fourteen rows of the library in the sort in
 // force, the request and count buttons, the playlist commands, the slow

@@ -10,12 +10,6 @@
 
 namespace tavora {
 
-namespace {
-
-constexpr long kGreen = 65280;
-
-}  // namespace
-
 void Request::Stat_Write() {
     Command9.BackColor = station_.Over_On != 0 ? kGreen : kButtonFace;
     MousePointer = 0;
