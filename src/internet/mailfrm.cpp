@@ -156,34 +156,29 @@ void Mailfrm::TQXi_ini() {
     TextReader in(ini_file());
     if (!in.is_open()) return;
     // Read as input items, so a caption holding a comma shifts the rest:
-    // the failed conversion that follows ends the reading.
-    auto on = read_switch(in);
-    if (!on) return;
-    s.IIS_On = *on;
-    auto auto_load = read_switch(in);
-    if (!auto_load) return;
-    s.IIS_AutoLoad = *auto_load;
-    auto minutes = read_integer(in);
-    if (!minutes) return;
-    s.IIS_Minutes = *minutes;
-    auto name = read_text(in);
-    if (!name) return;
-    s.IIS_Name = *name;
-    auto file = read_text(in);
-    if (!file) return;
-    s.IIS_File = *file;
-    for (int number = 5; number <= 9; ++number) {
-        auto caption = read_text(in);
-        if (!caption) return;
-        Result(number).Caption = *caption;
-    }
-    auto line = read_integer(in);
-    if (!line) return;
-    s.IIS_Line = *line;
-    auto saved = read_integer(in);
-    if (!saved) return;
-    s.IIS_Saved = *saved;
-    if (auto total = read_text(in)) Label14.Caption = *total;
+    // the failed conversion that follows ends the reading, and what was
+    // read stands.
+    const auto flag = [&in](bool& to) {
+        const auto value = read_switch(in);
+        if (value) to = *value;
+        return value.has_value();
+    };
+    const auto number = [&in](int& to) {
+        const auto value = read_integer(in);
+        if (value) to = *value;
+        return value.has_value();
+    };
+    const auto text = [&in](std::string& to) {
+        auto value = read_text(in);
+        if (value) to = std::move(*value);
+        return value.has_value();
+    };
+    bool ok = flag(s.IIS_On) && flag(s.IIS_AutoLoad) && number(s.IIS_Minutes) && text(s.IIS_Name) &&
+              text(s.IIS_File);
+    for (int n = 5; ok && n <= 9; ++n)
+        ok = text(Result(n).Caption);
+    ok = ok && number(s.IIS_Line) && number(s.IIS_Saved);
+    if (ok) text(Label14.Caption);
 }
 
 void Mailfrm::TimerMail_Timer() {
