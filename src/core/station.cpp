@@ -44,4 +44,19 @@ void Station::clear_slot(int slot) {
     Slot_Length[slot] = 0;
 }
 
+void Station::copy_slot(int from, int to) {
+    Slot_File[to] = Slot_File[from];
+    Slot_Title[to] = Slot_Title[from];
+    Slot_RecID[to] = Slot_RecID[from];
+    Slot_Special[to] = Slot_Special[from];
+    Slot_Vol[to] = Slot_Vol[from];
+    Slot_Start[to] = Slot_Start[from];
+    Slot_End[to] = Slot_End[from];
+    Slot_MixIn[to] = Slot_MixIn[from];
+    Slot_MixOut[to] = Slot_MixOut[from];
+    Slot_FadeIn[to] = Slot_FadeIn[from];
+    Slot_FadeOut[to] = Slot_FadeOut[from];
+    Slot_Length[to] = Slot_Length[from];
+}
+
 }  // namespace tavora

@@ -144,6 +144,14 @@ struct Station {
     int Ply_Scan = 0;
     int Settle_Count = 0;
 
+    // The transport and its displays.
+    int Load_Late = 0;  // the active song is too short for a Load_Up while it plays
+    int Load_Once = 0;  // a set has started since the run began
+    int Ply7_Secs = 0;  // seconds the seventh song has played
+    int Video_Size = 2;
+    int OnAir_Phase = 0;  // 0 pop-up off, 1 idle or "SOON", 2 mix passed, 3 before the mix-in
+    double Talk_Gap = 0, Talk_Time = 0;
+
     // Cue slots, parallel arrays indexed by slot number.
     std::array<std::string, kSlots> Slot_File{};
     std::array<std::string, kSlots> Slot_Title{};
@@ -167,6 +175,9 @@ struct Station {
     void set_defaults(double now);
     // Puts every field of one slot back to the empty slot.
     void clear_slot(int slot);
+    // Copies the record a slot holds (every field but its state: started
+    // and ready) to another slot.
+    void copy_slot(int from, int to);
 };
 
 }  // namespace tavora

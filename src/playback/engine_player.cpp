@@ -1,0 +1,44 @@
+#include "playback/engine_player.h"
+
+namespace tavora {
+
+EnginePlayer::EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post post)
+    : player_(std::move(player)), post_(std::move(post)) {
+    player_->PlayStateChange = [this](int old_state, int new_state) {
+        raise_state(old_state, new_state);
+    };
+    player_->Error = [this] {
+        if (player_->PlayState() == kClosed) failed_ = true;
+        raise_error();
+    };
+}
+
+void EnginePlayer::Open(const std::string& path) {
+    failed_ = false;
+    player_->Open(path);
+}
+
+int EnginePlayer::PlayState() const {
+    return failed_ ? kStopped : player_->PlayState();
+}
+
+void EnginePlayer::play() {
+    if (!failed_) {
+        player_->play();
+        return;
+    }
+    post_([this] {
+        raise_state(kStopped, kPlaying);
+        raise_state(kPlaying, kStopped);
+    });
+}
+
+PlayerFactory engine_players(audio::Engine& engine, audio::Post post) {
+    return [&engine, post](int) -> std::unique_ptr<MediaPlayer> {
+        auto player = engine.add_player();
+        if (!player) return nullptr;
+        return std::make_unique<EnginePlayer>(std::move(player), post);
+    };
+}
+
+}  // namespace tavora

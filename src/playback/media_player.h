@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "audio/player.h"
+
+namespace tavora {
+
+// One player of the bank, as the rules see the media control: its members
+// and its two events, nothing more. Two kinds stand behind it: the audio
+// engine's player and a probe that only reads each file's length and plays in
+// clock time. Rule thread only.
+class MediaPlayer {
+  public:
+    enum State { kStopped = 0, kPaused = 1, kPlaying = 2, kClosed = 6 };
+    static constexpr int kReady = 4;
+
+    virtual ~MediaPlayer() = default;
+
+    virtual void Open(const std::string& path) = 0;
+    virtual void play() = 0;
+    virtual void pause() = 0;
+    virtual void Stop() = 0;
+    virtual int PlayState() const = 0;
+    virtual int ReadyState() const = 0;
+    virtual double Duration() const = 0;
+    virtual double CurrentPosition() const = 0;
+    virtual void CurrentPosition(double seconds) = 0;
+    virtual double SelectionStart() const = 0;
+    virtual void SelectionStart(double seconds) = 0;
+    virtual double SelectionEnd() const = 0;
+    virtual void SelectionEnd(double seconds) = 0;
+    virtual int Volume() const = 0;
+    virtual void Volume(double hundredths_db) = 0;
+    virtual bool Mute() const = 0;
+    virtual void Mute(bool mute) = 0;
+    virtual std::string ErrorDescription() const = 0;
+    virtual const std::string& FileName() const = 0;
+
+    // Screen appearance of a video player: plain state for a display.
+    audio::Appearance& appearance() { return appearance_; }
+
+    // Raised on the rule thread, after the call or the moment that caused
+    // them; the handlers read PlayState again, so the arguments are advisory.
+    std::function<void(int old_state, int new_state)> PlayStateChange;
+    std::function<void()> Error;
+
+  protected:
+    void raise_state(int old_state, int new_state) {
+        if (PlayStateChange) PlayStateChange(old_state, new_state);
+    }
+    void raise_error() {
+        if (Error) Error();
+    }
+
+  private:
+    audio::Appearance appearance_;
+};
+
+// Makes the seven players of a bank, numbered 1 to 7.
+using PlayerFactory = std::function<std::unique_ptr<MediaPlayer>(int number)>;
+
+}  // namespace tavora

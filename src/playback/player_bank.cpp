@@ -1,0 +1,133 @@
+#include "core/log/play_log.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/file_ops.h"
+#include "platform/path_map.h"
+#include "playback/playback.h"
+#include "runtime/strings.h"
+
+namespace tavora {
+
+Playback::Playback(Station& station, const Services& services, PlaybackScreens screens,
+                   DataControl& library, const PlayerFactory& players, SelectionPort selection)
+    : s_(station),
+      services_(services),
+      main_(screens.main),
+      loding_(screens.loding),
+      viewer_(screens.viewer),
+      library_(library),
+      selection_(std::move(selection)) {
+    for (int n = 1; n <= kPlayers; ++n) {
+        players_[n] = players(n);
+        forms_[n] = std::make_unique<MpFm>(n);
+        players_[n]->PlayStateChange = [this, n](int, int new_state) {
+            if (observer) observer->state_changed(n, n == 7 ? 14 : n, new_state);
+            PlayStateChange(n);
+        };
+        players_[n]->Error = [this, n] { PlayerError(n); };
+    }
+    timer_viewer_ = services_.loop.CreateTimer([this] { TimerViewer_Timer(); });
+    timer_viewer_->SetInterval(300);
+    aplayer7_ = services_.loop.CreateTimer([this] { APlayer7_Timer(); });
+    aplayer7_->SetInterval(1000);
+
+    viewer_.on_click("ClrCue", [this](int index) { ClrCue_Click(index); });
+    viewer_.on_click("Cmd7th", [this](int) { Cmd7th_Click(); });
+    viewer_.on_click("CmdSc", [this](int) { CmdSc_Click(); });
+    viewer_.on_click("VidButt", [this](int) { VidButt_Click(); });
+    viewer_.on_click("Command7", [this](int) { Skip_One(); });
+    on_air.on_click("CmdPause", [this](int) { CmdPause_Click(); });
+    on_air.on_click("CmdResume", [this](int) { CmdResume_Click(); });
+}
+
+Playback::~Playback() {
+    // The players go first, so no event of theirs reaches a half-destroyed bank.
+    for (auto& player : players_)
+        if (player) player->PlayStateChange = nullptr, player->Error = nullptr;
+}
+
+void Playback::pick() {
+    if (selection_.auto_run) selection_.auto_run();
+    if (observer && s_.Slot_Ready[s_.Cue_Slot] != 0) observer->committed(s_.Cue_Slot);
+}
+
+bool Playback::Load_Wavs() {
+    int misses = 0;
+    while (s_.Cue_Slot < kSlots) {
+        const std::string& path = s_.Slot_File[s_.Cue_Slot];
+        if (Left(path, 4) == "http") break;
+        const PathMap::Result native = services_.paths.ToNative(path);
+        if (!path.empty() && native.ok() && files::Exists(native.path)) break;
+        if (s_.Log_Due == 0) {
+            s_.Log_Line = missing_line(services_.clock.Now(), path, s_.Slot_Title[s_.Cue_Slot]);
+            Log_One(s_, services_);
+            main_.Count(7);
+        }
+        if (++misses > kMissLimit) {
+            Stop_Run(kNothingPlayable);
+            return false;
+        }
+        pick();
+    }
+    if (s_.Cue_Slot >= kSlots) return false;
+    const std::string& path = s_.Slot_File[s_.Cue_Slot];
+    const PathMap::Result native = services_.paths.ToNative(path);
+    player_of_slot(s_.Cue_Slot).Open(native.ok() ? native.path : path);
+    return true;
+}
+
+void Playback::Stop_Run(const std::string& message) {
+    if (stopped_) return;
+    stopped_ = true;
+    TimerViewer().SetEnabled(false);
+    APlayer7().SetEnabled(false);
+    s_.Load_Busy = 0;
+    s_.Load_Limit = 0;
+    for (int n = 1; n <= kPlayers; ++n)
+        Players(n).Stop();
+    main_.Panel(3).Text = message;
+    main_.MousePointer = 0;
+    loding_.Visible = false;
+    // The line goes to the log even with the log switched off: it is why
+    // the station fell silent.
+    const int log_state = s_.Log_Due == 2 ? 2 : 0;
+    if (s_.Log_Due == 1) Log_One(s_, services_);
+    s_.Log_Line = message;
+    Log_One(s_, services_);
+    s_.Log_Due = log_state;
+    if (observer) observer->run_stopped(message);
+}
+
+void Playback::PlayStateChange(int n) {
+    if (s_.Load_Busy > 0) return;
+    MediaPlayer& player = Players(n);
+    const int slot = n == 7 ? 14 : n;
+    if (n == 7) s_.Debug_Step = "State Chg Ply7";
+    if (player.PlayState() == MediaPlayer::kPlaying && s_.Slot_Ready[slot] != 3) {
+        s_.Slot_Ready[slot] = 3;
+        if (!viewer_.video_off()) Player_Forms(n).Visible = true;
+        main_.MousePointer = 11;
+        Duration_Fix();
+        main_.MousePointer = 0;
+    }
+    if (player.PlayState() != MediaPlayer::kStopped) return;
+    if (n == 7) {
+        KickOut();
+    } else if (n == 1 || s_.Stop_Hold == 0) {
+        Player_Forms(n).Visible = false;
+        s_.Slot_Started[n] = 1;
+    }
+}
+
+void Playback::PlayerError(int n) {
+    if (n == 7 && s_.Ply7_On != 1) return;
+    services_.dialogs.MsgBox(Players(n).ErrorDescription() + " Player " + std::to_string(n));
+}
+
+void Playback::Player_QueryUnload(int) {
+    s_.Ply_Closing = 1;
+    Skip_One();
+    s_.Ply_Closing = 0;
+}
+
+}  // namespace tavora

@@ -1,0 +1,109 @@
+#include "core/settings/session_file.h"
+#include "platform/clock.h"
+#include "platform/path_map.h"
+#include "playback/playback.h"
+#include "runtime/date_text.h"
+
+namespace tavora {
+
+void Playback::start_seventh() {
+    viewer_.Label1(21).Visible = false;
+    MediaPlayer& seventh = Players(7);
+    if (seventh.PlayState() == MediaPlayer::kPlaying || s_.Ply7_On != 1) return;
+    s_.Ply7_Secs = 0;
+    if (seventh.PlayState() == MediaPlayer::kStopped) {
+        if (seventh.SelectionStart() != s_.Slot_Start[14])
+            seventh.SelectionStart(s_.Slot_Start[14]);
+        if (s_.Slot_End[14] > 0) {
+            if (seventh.SelectionEnd() != s_.Slot_End[14]) seventh.SelectionEnd(s_.Slot_End[14]);
+        } else {
+            seventh.SelectionEnd(seventh.Duration());
+        }
+    }
+    if (seventh.PlayState() == MediaPlayer::kClosed || s_.Live_Mode == 2) return;
+    APlayer7().SetEnabled(true);
+    s_.Ply_Now = 7;
+    seventh.play();
+    if (s_.Log_Due == 0) {
+        s_.Log_Line = "Complete at:" + Format(services_.clock.Now(), "long time") + "- QX 6 > " +
+                      s_.Slot_Title[6];
+        s_.Log_Due = 1;
+    }
+    s_.Ply_Now = 7;
+    P_view();
+    s_.Ply_Now = 6;
+    s_.Slot_Started[14] = 0;
+    TimerViewer().SetEnabled(false);  // the end of the tick turns it on again
+    show_next_caption(7);
+    main_caption("   Tavora Ver Music System ", 14);
+    Player_Forms(7).Caption = s_.Slot_Title[14];
+}
+
+void Playback::APlayer7_Timer() {
+    if (s_.APlayer7_Busy == 1) return;
+    s_.Debug_Step = "Aplay7 Timer";
+    ++s_.Ply7_Secs;
+    MediaPlayer& seventh = Players(7);
+    if (seventh.SelectionEnd() > 0 && seventh.PlayState() == MediaPlayer::kPlaying) {
+        const double x = seventh.SelectionEnd() - seventh.CurrentPosition();
+        const double y = seventh.Duration() - seventh.CurrentPosition();
+        // Far from its end the seventh song holds the next set back; in its
+        // last seconds the set may start under it.
+        if (x > s_.Ply7_Mix || y > s_.Ply7_Mix) {
+            s_.Settle_Count = 0;
+        } else if (!viewer_.mode_m7() && !TimerViewer().Enabled()) {
+            TimerViewer().SetEnabled(true);
+        }
+    }
+    // "M7" holds the next set until the seventh song has stopped, and no
+    // longer, so the next set can start.
+    const int state = seventh.PlayState();
+    if (viewer_.mode_m7() && (state == MediaPlayer::kPlaying || state == MediaPlayer::kPaused)) {
+        s_.Settle_Count = 0;
+    }
+    s_.APlayer7_Busy = 1;
+    Amovie_fader();
+    s_.APlayer7_Busy = 0;
+    if (seventh.PlayState() == MediaPlayer::kStopped) KickOut();
+}
+
+void Playback::KickOut() {
+    s_.Debug_Step = "KickOut";
+    Player_Forms(7).Visible = false;
+    s_.Slot_Started[14] = 1;
+    s_.Slot_Ready[14] = 0;
+    if (!TimerViewer().Enabled() && !stopped_) TimerViewer().SetEnabled(true);
+}
+
+void Playback::Cmd7th_Click() {
+    Control& button = viewer_.Cmd7th;
+    if (button.Caption == "Ply7 Off") {
+        button.Caption = "Ply7 On";
+        button.BackColor = frmViewer::kOn;
+        s_.Ply7_On = 1;
+    } else if (button.Caption == "Ply7 On") {
+        button.Caption = "Ply7 Off";
+        button.BackColor = frmViewer::kOff;
+        s_.Ply7_On = 0;
+    } else {
+        return;
+    }
+    if (station_port.Ply7_Box) station_port.Ply7_Box(s_.Ply7_On == 1);
+}
+
+void Playback::CmdSc_Click() {
+    Control& button = viewer_.CmdSc;
+    // The saved value is the mode before the press.
+    if (button.BackColor == frmViewer::kGrey) {
+        button.BackColor = frmViewer::kOn;
+        button.Caption = "M7";
+        s_.Ply7_View = false;
+    } else if (button.BackColor == frmViewer::kOn) {
+        button.BackColor = frmViewer::kGrey;
+        button.Caption = "S7";
+        s_.Ply7_View = true;
+    }
+    BP_Ini(s_, services_.paths.install_folder() / "qxbp.ini");
+}
+
+}  // namespace tavora

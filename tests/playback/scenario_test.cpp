@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "bank_fixture.h"
+#include "playback/engine_player.h"
+#include "playback/offline_drive.h"
+
+namespace tavora::test {
+namespace {
+
+constexpr double kHour = 3600;
+
+class Scenario : public BankTest {
+  protected:
+    // Runs the station for `seconds` and returns the silences after its
+    // first song began.
+    std::vector<std::pair<double, double>> air_for(double seconds) {
+        run();
+        wait(seconds);
+        EXPECT_TRUE(air.stops.empty());
+        return air.silences(now());
+    }
+    int sets_started() const { return static_cast<int>(air.starts(1).size()); }
+};
+
+TEST_F(Scenario, ThreeHoursWithTheSeventhPlayerAirWithoutAGap) {
+    station.Ply7_On = 1;
+    const auto gaps = air_for(3 * kHour);
+    EXPECT_FALSE(viewer.mode_m7()) << "the saved mode is S7";
+    EXPECT_TRUE(gaps.empty()) << gaps.size() << " silences, the first at " << gaps[0].first;
+    EXPECT_GE(sets_started(), 8);
+    EXPECT_GE(air.starts(7).size(), 7u);
+}
+
+TEST_F(Scenario, WithoutTheSeventhPlayerTheOnlySilencesAreAtSetChanges) {
+    const auto gaps = air_for(3 * kHour);
+    ASSERT_GE(gaps.size(), 8u);
+    EXPECT_EQ(static_cast<int>(gaps.size()), sets_started() - 1);
+    const auto set_starts = air.starts(1);
+    for (std::size_t i = 0; i < gaps.size(); ++i) {
+        const double ends = gaps[i].first + gaps[i].second;
+        EXPECT_DOUBLE_EQ(ends, set_starts[i + 1]) << "a silence ends only when a set begins";
+        EXPECT_LT(gaps[i].second, 4.5) << "opening and settling six players";
+    }
+}
+
+TEST_F(Scenario, MSevenModeStartsTheNextSetOnceTheSeventhSongHasStopped) {
+    station.Ply7_On = 1;
+    station.Ply7_View = false;
+    const auto gaps = air_for(2 * kHour);
+    EXPECT_TRUE(viewer.mode_m7());
+    EXPECT_GE(sets_started(), 5) << "the sets go on after the seventh song";
+    for (const auto& [at, length] : gaps)
+        EXPECT_LT(length, 2.5) << "at " << at;
+}
+
+TEST_F(Scenario, AWholeDayUnattended) {
+    station.Ply7_On = 1;
+    selection.songs.push_back({"spot20.mp3", 0, 1, false, false, 1});
+    selection.songs.push_back({"song180.mp3", 6, 5, true, true});
+    const auto gaps = air_for(24 * kHour);
+    EXPECT_TRUE(gaps.empty());
+    EXPECT_GT(air.commits.size(), 24 * 3600 / 255u);
+}
+
+TEST_F(Scenario, RunRefusesFiftyRowsAndRunsWithFiftyOne) {
+    const auto small = fake.home() / "small.mdb";
+    ASSERT_EQ(create_library_file(small, start_date()), "");
+    add_rows(small, 50);
+    data1.DatabaseName = small.string();
+    int wizard = 0;
+    make_probe();
+    playback->station_port.Mnu_Aut_Add_Click = [&] { ++wizard; };
+    playback->Run();
+    ASSERT_EQ(fake.dialogs.shown().size(), 1u);
+    EXPECT_EQ(fake.dialogs.shown()[0].request.title, "NOT ENOUGH RECORDS!");
+    EXPECT_EQ(fake.dialogs.shown()[0].request.text,
+              "The Players will not run until you have at least 50 selections in the database.  "
+              "Press OK to AutoAdd more records");
+    EXPECT_EQ(wizard, 1);
+    EXPECT_TRUE(air.commits.empty());
+
+    add_rows(small, 1);
+    playback->Run();
+    EXPECT_EQ(air.commits.size(), 6u);
+    EXPECT_EQ(station.Load_Busy, 1);
+}
+
+TEST_F(Scenario, RemoteUseNeverRuns) {
+    station.Run_Mode = 1;
+    run();
+    EXPECT_TRUE(air.commits.empty());
+    EXPECT_FALSE(playback->TimerViewer().Enabled());
+}
+
+std::string read_all(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+TEST_F(Scenario, TheRunStopsWithItsMessageWhenNoFileOfTheLibraryExists) {
+    selection.songs = {{"gone1.mp3"}, {"gone2.mp3"}};
+    run();
+    ASSERT_TRUE(playback->run_stopped());
+    ASSERT_EQ(air.stops.size(), 1u);
+    EXPECT_EQ(air.stops[0], Playback::kNothingPlayable);
+    EXPECT_EQ(main.Panel(3).Text, Playback::kNothingPlayable);
+    EXPECT_FALSE(playback->TimerViewer().Enabled());
+    const std::string log = read_all(fake.paths.ToNative(station.Log_Name).path);
+    EXPECT_NE(log.find("ERROR FILE NOT FOUND >> "), std::string::npos);
+    EXPECT_NE(log.find(Playback::kNothingPlayable), std::string::npos);
+    wait(60);
+    EXPECT_TRUE(air.changes.empty()) << "nothing played";
+}
+
+TEST_F(Scenario, TheRunStopsWhenSelectionFindsNothing) {
+    selection.nothing = true;
+    run();
+    EXPECT_TRUE(playback->run_stopped());
+    EXPECT_EQ(air.stops.size(), 1u);
+
+    // A library put right runs again.
+    selection.nothing = false;
+    playback->Run();
+    EXPECT_FALSE(playback->run_stopped());
+    ASSERT_TRUE(wait_until([&] { return !air.starts(1).empty(); }, 10));
+}
+
+TEST_F(Scenario, ASetAirsThroughTheOfflineEngine) {
+    audio::Post post = [this](std::function<void()> f) { fake.loop.post(std::move(f)); };
+    audio::Engine engine(audio::OutputKind::Offline, post);
+    OfflineDrive drive(fake.clock, engine);
+    selection.songs = {{"tone6.wav"}};
+    make(engine_players(engine, post));
+    run();
+    ASSERT_TRUE(wait_until([&] { return air.starts(6).size() == 1; }, 60));
+    for (int slot = 1; slot <= 5; ++slot) {
+        const double gap = air.starts(slot + 1)[0] - air.starts(slot)[0];
+        EXPECT_NEAR(gap, 6 - 1, 0.31) << slot;  // six seconds, mixed one second early
+    }
+    EXPECT_GT(drive.frames_rendered(), 48'000 * 25) << "real audio mixed all along";
+    ASSERT_TRUE(wait_until([&] { return air.starts(1).size() == 2; }, 20)) << "the next set";
+}
+
+}  // namespace
+}  // namespace tavora::test
