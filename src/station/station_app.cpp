@@ -25,10 +25,11 @@ constexpr int kLibraryAsks = 100;
 }  // namespace
 
 StationApp::StationApp(const Services& services)
-    : setup(station, services, pool),
+    : services_(services),
+      setup(station, services, pool),
       request(station, services, pool),
       mail(station, services, pool),
-      services_(services) {
+      schedule(station, services_, pool, qx_main, type_lookup, setup.datPrimaryRS) {
     setup.End_Program = [this] { Shutdown(); };
     qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
     qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
@@ -36,13 +37,22 @@ StationApp::StationApp(const Services& services)
         setup.Form_Load();
         setup.Visible = true;
     });
+    qx_main.on_click("mnu_View_Schedule1", [this](int) {
+        schedule.Form_Load();
+        schedule.Visible = true;
+    });
+    qx_main.on_click("mnu_Options_AutoRewind", [this](int) {
+        type_lookup.Form_Initialize();
+        type_lookup.Visible = true;
+    });
 }
 
 StationApp::~StationApp() = default;
 
 Form* StationApp::form(std::string_view name) {
-    for (Form* window : std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request,
-                                                     &viewer, &loding, &mail}) {
+    for (Form* window :
+         std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request, &viewer,
+                                      &loding, &mail, &type_lookup, &schedule, &form2}) {
         if (window->name() == name) return window;
     }
     return nullptr;
@@ -110,6 +120,8 @@ bool StationApp::Sub_Main() {
     request.Loaded = true;
     request.Left = 0;
     request.Top = 0;
+    schedule.Loaded = true;
+    schedule.Form_Load();
     viewer.Loaded = true;
     loding.Loaded = true;
     loding.Left = request.Width / 2.5;
@@ -140,6 +152,10 @@ bool StationApp::Sub_Main() {
     station.IIS_Name = "TQXMS Direct";
     request.Visible = true;
     start_internet_interface();
+
+    // Loading the category window brings the working weights in step.
+    type_lookup.Form_Initialize();
+    type_lookup.Form_Unload();
     return true;
 }
 

@@ -15,6 +15,10 @@
 #include "internet/mailfrm.h"
 #include "playback/frm_viewer.h"
 #include "requests/request_form.h"
+#include "selection/form2.h"
+#include "selection/frm_schedule1.h"
+#include "selection/selection.h"
+#include "selection/type_lookup.h"
 #include "station/frm_about.h"
 #include "station/instance_lock.h"
 #include "store/library.h"
@@ -45,6 +49,11 @@ class StationApp {
     // there is none.
     Form* form(std::string_view name);
 
+  private:
+    // The services as the selection windows take them.
+    Services services_;
+
+  public:
     Station station;
     LibraryPool pool;
 
@@ -56,6 +65,10 @@ class StationApp {
     frmViewer viewer;
     frmLoding loding;
     Mailfrm mail;
+    frmTypeLookup type_lookup{station, services_, pool};
+    frmSchedule1 schedule;
+    Form2 form2{station, services_, pool};
+    Selection selection{station, services_, pool, qx_main, loding, type_lookup};
 
   private:
     std::filesystem::path home() const;
@@ -64,7 +77,6 @@ class StationApp {
     void read_setup_row();
     void start_internet_interface();
 
-    const Services& services_;
     std::optional<InstanceLock> lock_;
     bool ended_ = false;
 };

@@ -97,6 +97,33 @@ TEST_F(SubMain, AutoStartOnTheLocalDriveGivesRunModeTwo) {
     EXPECT_TRUE(files::Exists(home() / "qxlast.mdb"));
 }
 
+TEST_F(SubMain, StartUpGivesEveryCategoryItsWorkingWeight) {
+    {
+        auto library = Library::open(home() / "qx1.mdb", FileKind::Library).library;
+        ASSERT_TRUE(library);
+        // Two new ones: the weight table's first row stands for no category,
+        // so the sync only walks when the categories outnumber it.
+        Recordset types = OpenRecordset(library, "Type Lookup");
+        for (const char* type : {"Jazz", "Blues"}) {
+            types.AddNew();
+            types.SetField("Type", type);
+            ASSERT_TRUE(types.Update());
+        }
+    }
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    auto library = Library::open(home() / "qx1.mdb", FileKind::Library).library;
+    Recordset weights = OpenRecordset(library, "DSearch");
+    int jazz = 0;
+    for (weights.MoveFirst(); !weights.IsEOF(); weights.MoveNext()) {
+        if (weights.Fields("Category").text() != "Jazz") continue;
+        ++jazz;
+        EXPECT_EQ(weights.Fields("ValidFiles").text(), "15");
+        EXPECT_EQ(weights.Fields("ExcludeFiles").text(), "99");
+    }
+    EXPECT_EQ(jazz, 1);
+}
+
 TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFound) {
     set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
     fake.dialogs.QueueText("c:\\tavora\\nowhere.mdb");
