@@ -43,12 +43,7 @@ void Playback::Load_Up() {
         main_.MousePointer = 11;
         const int slot = s_.Cue_Slot;
         if (s_.Slot_Ready[slot] == 0 && s_.Slot_Ready[13] != 0) {
-            const int special = s_.Slot_Special[slot];
-            s_.copy_slot(13, slot);
-            s_.Slot_Special[slot] = special;
-            s_.Slot_Started[slot] = 0;
-            s_.Slot_Ready[slot] = 1;
-            s_.Slot_Ready[13] = 0;
+            take_held(slot);
         } else if (s_.Slot_Ready[slot] == 0) {
             if (slot == 7 && s_.Ply7_On == 1) {
                 s_.Cue_Slot = 14;

@@ -101,6 +101,9 @@ class Playback {
   private:
     // Pieces of the procedures above, each one step of its Part.
     void pick();  // auto_run, told to the observer
+    // Moves the record waiting in the holding slot 13 into `slot`; the
+    // slot's own spot flag stays.
+    void take_held(int slot);
     void hand_over_scan();
     void rotation_test();
     void stall_recovery();

@@ -51,6 +51,15 @@ void Playback::pick() {
     if (observer && s_.Slot_Ready[s_.Cue_Slot] != 0) observer->committed(s_.Cue_Slot);
 }
 
+void Playback::take_held(int slot) {
+    const int special = s_.Slot_Special[slot];
+    s_.copy_slot(13, slot);
+    s_.Slot_Special[slot] = special;
+    s_.Slot_Started[slot] = 0;
+    s_.Slot_Ready[slot] = 1;
+    s_.Slot_Ready[13] = 0;
+}
+
 bool Playback::Load_Wavs() {
     int misses = 0;
     while (s_.Cue_Slot < kSlots) {

@@ -47,12 +47,7 @@ void Playback::Run() {
         } else {
             // A lead waits: it opens the set with its own mix.
             viewer_.Label1(21).Visible = false;
-            const int special = s_.Slot_Special[slot];
-            s_.copy_slot(13, slot);
-            s_.Slot_Special[slot] = special;
-            s_.Slot_Ready[slot] = 1;
-            s_.Slot_Started[slot] = 0;
-            s_.Slot_Ready[13] = 0;
+            take_held(slot);
         }
         if (slot <= 5) {
             loding_.Line(slot).Caption = "QX" + std::to_string(slot) + " - " + s_.Slot_Title[slot];

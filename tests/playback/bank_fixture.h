@@ -33,6 +33,23 @@ struct Song {
     double end = -1;
 };
 
+// Puts a song into a cue slot as selection's commit does.
+inline void put(Station& station, int slot, const Song& song, long rec_id) {
+    station.Slot_File[slot] = "d:\\" + song.file;
+    station.Slot_Title[slot] = song.file;
+    station.Slot_RecID[slot] = rec_id;
+    station.Slot_Special[slot] = song.special;
+    station.Slot_Vol[slot] = song.vol;
+    station.Slot_Start[slot] = song.start;
+    station.Slot_End[slot] = song.end;
+    station.Slot_MixIn[slot] = song.mix_in;
+    station.Slot_MixOut[slot] = song.mix_out;
+    station.Slot_FadeIn[slot] = song.fade_in;
+    station.Slot_FadeOut[slot] = song.fade_out;
+    station.Slot_Started[slot] = 0;
+    station.Slot_Ready[slot] = 1;
+}
+
 // Selection's stand-in: fills the slot from its list in turn, the list's
 // n-th song being the library's row n.
 class FakeSelection {
@@ -45,26 +62,12 @@ class FakeSelection {
     int schedule_checks = 0;
 
     void auto_run() {
-        const int slot = station_.Cue_Slot;
         if (nothing || songs.empty()) {
             station_.PL_Marker = 1;
             return;
         }
         const std::size_t index = static_cast<std::size_t>(picks++) % songs.size();
-        const Song& song = songs[index];
-        station_.Slot_File[slot] = "d:\\" + song.file;
-        station_.Slot_Title[slot] = song.file;
-        station_.Slot_RecID[slot] = static_cast<long>(index) + 1;
-        station_.Slot_Special[slot] = song.special;
-        station_.Slot_Vol[slot] = song.vol;
-        station_.Slot_Start[slot] = song.start;
-        station_.Slot_End[slot] = song.end;
-        station_.Slot_MixIn[slot] = song.mix_in;
-        station_.Slot_MixOut[slot] = song.mix_out;
-        station_.Slot_FadeIn[slot] = song.fade_in;
-        station_.Slot_FadeOut[slot] = song.fade_out;
-        station_.Slot_Started[slot] = 0;
-        station_.Slot_Ready[slot] = 1;
+        put(station_, station_.Cue_Slot, songs[index], static_cast<long>(index) + 1);
     }
 
     SelectionPort port() {

@@ -25,17 +25,20 @@ class Rotation : public BankTest {
     void cue_next_set(const std::vector<Cue>& cues) {
         for (int i = 0; i < 6; ++i) {
             const Cue& cue = cues[static_cast<std::size_t>(i)];
-            const int slot = 7 + i;
-            station.Slot_File[slot] = std::string("d:\\") + cue.file;
-            station.Slot_Title[slot] = cue.file;
-            station.Slot_Special[slot] = cue.special;
-            station.Slot_Start[slot] = cue.start;
-            station.Slot_End[slot] = cue.end;
-            station.Slot_MixIn[slot] = cue.mix_in;
-            station.Slot_MixOut[slot] = cue.mix_out;
-            station.Slot_Ready[slot] = 1;
-            station.Slot_Started[slot] = 0;
+            Song song{cue.file, cue.mix_in, cue.mix_out};
+            song.special = cue.special;
+            song.start = cue.start;
+            song.end = cue.end;
+            put(station, 7 + i, song, i + 1);
         }
+    }
+    // Six songs, each mixing five seconds before its end.
+    void cue_plain_set() {
+        std::vector<Cue> cues;
+        for (const char* file : {"song150.mp3", "song165.mp3", "song180.mp3", "song195.mp3",
+                                 "song210.mp3", "song225.mp3"})
+            cues.push_back({file, 0, 0, -1, 0, 5});
+        cue_next_set(cues);
     }
     // One tick with the sixth slot done: the set rotates.
     void rotate() {
@@ -104,23 +107,13 @@ TEST_F(Rotation, ASongWithNoEndAfterASpotMakesTheSpotMixAtOnce) {
 TEST_F(Rotation, MSevenModeStartsTheSeventhHalfASecondBeforeTheSixthEnds) {
     station.Ply7_On = 1;
     ASSERT_TRUE(viewer.mode_m7());
-    cue_next_set({{"song150.mp3", 0, 0, -1, 0, 5},
-                  {"song165.mp3", 0, 0, -1, 0, 5},
-                  {"song180.mp3", 0, 0, -1, 0, 5},
-                  {"song195.mp3", 0, 0, -1, 0, 5},
-                  {"song210.mp3", 0, 0, -1, 0, 5},
-                  {"song225.mp3", 0, 0, -1, 0, 5}});
+    cue_plain_set();
     rotate();
     EXPECT_DOUBLE_EQ(station.Slot_MixOut[6], 0.5);
 }
 
 TEST_F(Rotation, APlayerStillPlayingIsStoppedAndTheArraysWaitForTheNextTick) {
-    cue_next_set({{"song150.mp3", 0, 0, -1, 0, 5},
-                  {"song165.mp3", 0, 0, -1, 0, 5},
-                  {"song180.mp3", 0, 0, -1, 0, 5},
-                  {"song195.mp3", 0, 0, -1, 0, 5},
-                  {"song210.mp3", 0, 0, -1, 0, 5},
-                  {"song225.mp3", 0, 0, -1, 0, 5}});
+    cue_plain_set();
     MediaPlayer& fifth = playback->Players(5);
     fifth.Open(media_folder() + "/song255.mp3");
     fifth.play();
