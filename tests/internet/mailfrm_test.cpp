@@ -73,22 +73,5 @@ TEST_F(MailfrmWindow, TimerCountsDownThenChecks) {
     EXPECT_EQ(mail.Label4.Caption, "Complete with Upload");
 }
 
-TEST_F(MailfrmWindow, ButtonsOfTheWindow) {
-    mail.Form_Load();
-    mail.set("Check1", -1, "1");
-    EXPECT_TRUE(station.IIS_On);
-    EXPECT_TRUE(mail.TimerMail->Enabled());
-    mail.set("Combo2", -1, "30");
-    EXPECT_EQ(station.IIS_MinLeft, 30);
-    mail.Label14.Caption = "5";
-    fake.dialogs.Queue(Answer::Yes);
-    mail.click("Command6");
-    EXPECT_EQ(mail.Label14.Caption, "0");
-    mail.Form_Unload();
-    EXPECT_EQ(fake.dialogs.shown().back().request.text,
-              "Auto updating will be disabled until you load this form again.");
-    EXPECT_FALSE(mail.TimerMail->Enabled());
-}
-
 }  // namespace
 }  // namespace tavora

@@ -82,15 +82,6 @@ TEST_F(PlaylistTest, ManualListIsBuiltByPressesSavedAndEditedAgain) {
     EXPECT_EQ(members(list), (std::vector<Member>{{double(a), 2}, {double(c), 1}}));
 }
 
-TEST_F(PlaylistTest, CancelChangesNothing) {
-    const long long id = add("Song", {{"Sel", Value(3)}});
-    request->Form_Load();
-    fake.dialogs.Queue(Answer::Cancel);
-    request->click("BtnSrt", 10);
-    EXPECT_EQ(station.PL_Build, 0);
-    EXPECT_EQ(field(id, "Sel").number(), 3);
-}
-
 // The daily run at 00:45 on a given day of March 2026.
 class DailyRun : public PlaylistTest {
   protected:

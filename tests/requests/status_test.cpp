@@ -120,20 +120,6 @@ TEST_F(Marquee, RemoteUseNeverStartsTheDailyRunAndAutoStartRuns) {
     EXPECT_EQ(exports, 1);
 }
 
-TEST_F(Marquee, PagesComeInTurnThenTheList) {
-    station.Marq_Page = 0;
-    request->click("Command6");
-    EXPECT_EQ(request->ReqBrowser1.Text, "c:\\tavora\\manual\\tqxhead1.htm");
-    EXPECT_TRUE(request->ReqBrowser1.Visible);
-    for (int i = 0; i < 9; ++i)
-        request->click("Command6");
-    EXPECT_EQ(station.Marq_File, "c:\\tavora\\manual\\tqxhead10.htm");
-    request->click("Command6");
-    EXPECT_FALSE(request->ReqBrowser1.Visible);
-    EXPECT_EQ(request->ReqBrowser1.Tag, "0");
-    EXPECT_FALSE(station.Marq_On);
-}
-
 TEST(MarqueeDecember, HolidayMusicIsOnTheListUntilThe25th) {
     for (int day : {25, 26}) {
         FakeServices fake(DateSerial(2026, 12, day) + 0.5);
