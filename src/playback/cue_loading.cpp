@@ -195,11 +195,9 @@ void Playback::Cue_Players() {
 }
 
 void Playback::Duration_Fix() {
-    library_.RecordSource = "Recordings1";
-    library_.Refresh();
+    Recordset& rows = library_rows();
     const int slot = s_.Ply_Now == 7 ? 14 : s_.Ply_Now;
     if (slot < 1 || slot >= kSlots) return;
-    Recordset& rows = library_.Recordset();
     rows.MoveLast();
     rows.MoveFirst();
     while (!rows.IsEOF() && rows.Fields("RecID").number() != s_.Slot_RecID[slot])

@@ -27,7 +27,8 @@ void EnginePlayer::play() {
         player_->play();
         return;
     }
-    post_([this] {
+    post_([this, alive = std::weak_ptr<bool>(alive_)] {
+        if (!alive.lock()) return;
         raise_state(kStopped, kPlaying);
         raise_state(kPlaying, kStopped);
     });

@@ -38,6 +38,7 @@ class EnginePlayer : public MediaPlayer {
     std::shared_ptr<audio::Player> player_;
     audio::Post post_;
     bool failed_ = false;  // the latest open failed
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 // Players of the engine for a bank.

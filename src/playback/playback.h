@@ -104,6 +104,9 @@ class Playback {
     // Moves the record waiting in the holding slot 13 into `slot`; the
     // slot's own spot flag stays.
     void take_held(int slot);
+    // The records of `Data1`, refreshed; `Recordings1` unless the editor
+    // has put it on another source.
+    Recordset& library_rows();
     void hand_over_scan();
     void rotation_test();
     void stall_recovery();

@@ -51,6 +51,12 @@ void Playback::pick() {
     if (observer && s_.Slot_Ready[s_.Cue_Slot] != 0) observer->committed(s_.Cue_Slot);
 }
 
+Recordset& Playback::library_rows() {
+    if (library_.RecordSource.empty()) library_.RecordSource = "Recordings1";
+    library_.Refresh();
+    return library_.Recordset();
+}
+
 void Playback::take_held(int slot) {
     const int special = s_.Slot_Special[slot];
     s_.copy_slot(13, slot);

@@ -4,9 +4,7 @@
 namespace tavora {
 
 void Playback::Run() {
-    if (library_.RecordSource.empty()) library_.RecordSource = "Recordings1";
-    library_.Refresh();
-    Recordset& rows = library_.Recordset();
+    Recordset& rows = library_rows();
     rows.MoveFirst();
     rows.MoveLast();
     // The position counts from 0: 50 rows are refused, as the words don't say.
