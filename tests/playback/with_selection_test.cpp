@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "bank_fixture.h"
+#include "selection/selection_fixture.h"
+
+namespace tavora {
+namespace {
+
+// The bank on the real selection and a library of sixty playable records,
+// each an hour apart at the least.
+class WithSelection : public SelectionTest {
+  protected:
+    void SetUp() override {
+        SelectionTest::SetUp();
+        fake.paths.SetDrive('d', test::media_folder());
+        for (int i = 0; i < 60; ++i) {
+            const int seconds = 150 + 15 * (i % 8);
+            add({{"Long title", Value("d:\\song" + std::to_string(seconds) + ".mp3")},
+                 {"Mix Out", Value(4)},
+                 {"Length", Value::date(TimeSerial(0, 0, 7))}});
+        }
+        station.Run_Mode = 0;
+        data1.DatabaseName = (fake.home() / "qx1.mdb").string();
+        playback = std::make_unique<Playback>(
+            station, fake.services, PlaybackScreens{main, loading, viewer}, data1,
+            probe_players(fake.clock, fake.loop),
+            SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }});
+        playback->observer = &air;
+    }
+
+    frmViewer viewer;
+    DataControl data1{pool};
+    test::AirLog air{fake.clock};
+    std::unique_ptr<Playback> playback;
+};
+
+TEST_F(WithSelection, TwoHoursAirWhatSelectionStampedAndFixTheirLengths) {
+    playback->Run();
+    fake.loop.run_for(2 * 3600 * 1000);
+    EXPECT_TRUE(air.stops.empty());
+    EXPECT_GE(air.starts(1).size(), 5u);
+    for (const auto& [at, length] : air.silences(air.seconds()))
+        EXPECT_LT(length, 4.5) << "at " << at;
+
+    // Every aired record was stamped when chosen and got its real length.
+    std::set<long> aired;
+    for (int slot = 1; slot <= 6; ++slot)
+        if (station.Slot_Ready[slot] == 3) aired.insert(station.Slot_RecID[slot]);
+    ASSERT_FALSE(aired.empty());
+    for (long id : aired) {
+        EXPECT_GT(field(id, "Last Played").number(), kNow) << id;
+        const double length = field(id, "Length").number() * 86400;
+        EXPECT_GE(length, 150) << id;
+        EXPECT_EQ(std::lround(length - 150) % 15, 0) << id << ": " << length;
+    }
+}
+
+}  // namespace
+}  // namespace tavora
