@@ -13,6 +13,12 @@ EnginePlayer::EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post po
     };
 }
 
+EnginePlayer::~EnginePlayer() {
+    // The engine may outlive this player and still deliver its events.
+    player_->PlayStateChange = nullptr;
+    player_->Error = nullptr;
+}
+
 void EnginePlayer::Open(const std::string& path) {
     failed_ = false;
     player_->Open(path);

@@ -13,6 +13,9 @@ namespace tavora {
 class EnginePlayer : public MediaPlayer {
   public:
     EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post post);
+    ~EnginePlayer() override;
+    EnginePlayer(const EnginePlayer&) = delete;
+    EnginePlayer& operator=(const EnginePlayer&) = delete;
 
     void Open(const std::string& path) override;
     void play() override;

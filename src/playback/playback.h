@@ -99,7 +99,7 @@ class Playback {
         "PLAYERS STOPPED: no playable file could be found in the library";
 
   private:
-    // Pieces of the procedures above, each one step of its Part.
+    // Steps of the routines above.
     void pick();  // auto_run, told to the observer
     // Moves the record waiting in the holding slot 13 into `slot`; the
     // slot's own spot flag stays.

@@ -4,6 +4,7 @@
 #include "platform/file_ops.h"
 #include "platform/path_map.h"
 #include "playback/playback.h"
+#include "playback/probe_player.h"
 #include "runtime/strings.h"
 
 namespace tavora {
@@ -19,6 +20,10 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
       selection_(std::move(selection)) {
     for (int n = 1; n <= kPlayers; ++n) {
         players_[n] = players(n);
+        // An engine without room for another voice: a silent stand-in keeps
+        // the transport going rather than leaving a hole in the bank.
+        if (!players_[n])
+            players_[n] = std::make_unique<ProbePlayer>(services.clock, services.loop);
         forms_[n] = std::make_unique<MpFm>(n);
         players_[n]->PlayStateChange = [this, n](int, int new_state) {
             if (observer) observer->state_changed(n, n == 7 ? 14 : n, new_state);
@@ -40,11 +45,7 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
     on_air.on_click("CmdResume", [this](int) { CmdResume_Click(); });
 }
 
-Playback::~Playback() {
-    // The players go first, so no event of theirs reaches a half-destroyed bank.
-    for (auto& player : players_)
-        if (player) player->PlayStateChange = nullptr, player->Error = nullptr;
-}
+Playback::~Playback() = default;
 
 void Playback::pick() {
     if (selection_.auto_run) selection_.auto_run();

@@ -16,7 +16,7 @@ struct SelectionPort {
     std::function<void()> Check_Sched;
 };
 
-// The parts of the request screen that the bank reads and writes; the screen
+// The controls of the request screen that the bank reads and writes; the screen
 // sits above playback, so the station hands them over. A missing one is
 // passed over.
 struct RequestPort {
