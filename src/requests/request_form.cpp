@@ -85,6 +85,8 @@ Request::Request(Station& station, const Services& services, LibraryPool& pool)
     Command11.Caption = "Srch";
     Command12.Caption = "M";
     Command13.Caption = "H";
+    Label17.Caption = "Tavora Music System";
+    Shape1.BackColor = kButtonFace;
     Label2.Caption = "Please Wait... Automatic Loading In Process.";
     Label2.Visible = false;
     Frame4.Visible = false;

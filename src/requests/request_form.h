@@ -84,6 +84,9 @@ class Request : public Form {
     DataControl DataTcheck;
     std::unique_ptr<Timer> TimerMar;
 
+    // Set while a station manager's break is armed or on: the window flashes.
+    bool Flash = false;
+
     // List state.
     long List_Top = 0;
     long List_Pos = 0;
@@ -114,6 +117,8 @@ class Request : public Form {
     Control& Label17 = add("Label17");
     Control& Frame3 = add("Frame3");
     Control& Frame4 = add("Frame4");
+    Control& Frame1 = add("Frame1");  // the rows, hidden while a set loads
+    Control& Shape1 = add("Shape1");  // the break indicator
     Control& DBCombo1 = add_text("DBCombo1");
     Control& ReqBrowser1 = add("ReqBrowser1");
     Control& Image1 = add("Image1");

@@ -1,6 +1,6 @@
 // A break ordered by the station manager's file, carried out by the bank on
 // virtual time.
-#include "internet/station_manager.h"
+#include "internet/wiring.h"
 #include "playback/bank_fixture.h"
 #include "runtime/date_text.h"
 #include "runtime/text_file.h"
@@ -22,12 +22,20 @@ class BreakOrder : public BankTest {
     bool plays(int n) { return playback->Players(n).PlayState() == MediaPlayer::kPlaying; }
     bool order_waiting() { return std::filesystem::exists(fake.home() / "qxsm.ini"); }
 
+    void wire() {
+        station.Act_Db = "c:\\tavora\\qx1.mdb";
+        make_probe();
+        wire_request_window(station, main, screen, mail, link, *playback, viewer);
+        screen.Form_Load();
+    }
+
     StationManagerLink link{station, fake.services};
+    Request screen{station, fake.services, pool};
+    Mailfrm mail{station, fake.services, pool};
 };
 
 TEST_F(BreakOrder, AnOrderArmsStartsAndEndsABreak) {
-    make_probe();
-    playback->station_port.SM_Check = [this] { link.SM_Check(); };
+    wire();
     run();
     ASSERT_TRUE(wait_until([&] { return station.Slot_Ready[1] == 3; }, 10));
     const double begun = now();
@@ -43,13 +51,28 @@ TEST_F(BreakOrder, AnOrderArmsStartsAndEndsABreak) {
     EXPECT_NEAR(now() - begun, 60, 2);
     EXPECT_TRUE(station.BP_On);
     EXPECT_EQ(station.BP_Block, 3);
-    EXPECT_EQ(break_button.Caption, "Resume");
+    EXPECT_EQ(screen.Command7.Caption, "Resume");
 
     // The first song plays out; the second waits for the end of the break.
     ASSERT_TRUE(wait_until([&] { return plays(2); }, 600));
     EXPECT_NEAR(now() - begun, 400, 3);
     EXPECT_EQ(station.Live_Mode, 0);
-    EXPECT_EQ(break_button.Caption, "Break");
+    EXPECT_EQ(screen.Command7.Caption, "Break");
+}
+
+TEST_F(BreakOrder, TheRequestWindowSeesThePlayers) {
+    wire();
+    run();
+    ASSERT_TRUE(wait_until([&] { return station.Slot_Ready[1] == 3; }, 10));
+    wait(20);
+    screen.Label15.Caption = "Select A Song";
+    screen.Stat_Write();
+    TextReader status(fake.home() / "tqxstat.txt");
+    for (int line = 1; line < 12; ++line)
+        status.read_line();
+    EXPECT_EQ(status.read_line().text, station.Slot_Title[1]);
+    screen.click("Command7");
+    EXPECT_EQ(station.Pause_At, 2);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "internet/menus.h"
+#include "internet/wiring.h"
 
 #include "internet_fixture.h"
 
