@@ -31,7 +31,15 @@ void Selection::auto_run() {
     Data3.Refresh();
     Recordset& rows = Data3.Recordset();
     if (rows.RecordCount() > 1) rows.MoveLast();
-    GetNew();
+    // One commit for the run's writes and one read transaction for its
+    // reads, instead of one of each per row.
+    if (const std::shared_ptr<Library> library = rows.library()) {
+        Transaction batch = library->transaction();
+        GetNew();
+        batch.commit();
+    } else {
+        GetNew();
+    }
     if (s_.PL_Marker == 0 && s_.Sel_Starved == 0) {
         s_.Slot_File[s_.Cue_Slot] = s_.Cue_File;
         s_.Slot_Ready[s_.Cue_Slot] = 1;
