@@ -68,12 +68,21 @@ void Playback::take_held(int slot) {
 }
 
 bool Playback::Load_Wavs() {
+    // Only the bank's slots and the seventh player's have a player.
+    if (s_.Cue_Slot < 1 || (s_.Cue_Slot > 6 && s_.Cue_Slot != 14)) return false;
     int misses = 0;
-    while (s_.Cue_Slot < kSlots) {
+    std::string file;  // what the player opens: a native path or a URL
+    for (;;) {
         const std::string& path = s_.Slot_File[s_.Cue_Slot];
-        if (Left(path, 4) == "http") break;
+        if (Left(path, 4) == "http") {
+            file = path;
+            break;
+        }
         const PathMap::Result native = services_.paths.ToNative(path);
-        if (!path.empty() && native.ok() && files::Exists(native.path)) break;
+        if (!path.empty() && native.ok() && files::Exists(native.path)) {
+            file = native.path;
+            break;
+        }
         if (s_.Log_Due == 0) {
             s_.Log_Line = missing_line(services_.clock.Now(), path, s_.Slot_Title[s_.Cue_Slot]);
             Log_One(s_, services_);
@@ -85,10 +94,7 @@ bool Playback::Load_Wavs() {
         }
         pick();
     }
-    if (s_.Cue_Slot >= kSlots) return false;
-    const std::string& path = s_.Slot_File[s_.Cue_Slot];
-    const PathMap::Result native = services_.paths.ToNative(path);
-    player_of_slot(s_.Cue_Slot).Open(native.ok() ? native.path : path);
+    player_of_slot(s_.Cue_Slot).Open(file);
     return true;
 }
 
