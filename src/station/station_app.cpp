@@ -5,10 +5,12 @@
 #include "core/log/play_log.h"
 #include "core/rotation/rotate_db.h"
 #include "core/settings/session_file.h"
+#include "internet/wiring.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/file_ops.h"
 #include "platform/path_map.h"
+#include "playback/probe_player.h"
 #include "runtime/strings.h"
 #include "store/recordset.h"
 #include "store/stored_queries.h"
@@ -24,12 +26,26 @@ constexpr int kLibraryAsks = 100;
 
 }  // namespace
 
-StationApp::StationApp(const Services& services)
+StationApp::StationApp(const Services& services, const PlayerFactory& players)
     : services_(services),
       setup(station, services, pool),
       request(station, services, pool),
       mail(station, services, pool),
-      schedule(station, services_, pool, qx_main, type_lookup, setup.datPrimaryRS) {
+      schedule(station, services_, pool, qx_main, type_lookup, setup.datPrimaryRS),
+      playback(
+          station, services, PlaybackScreens{qx_main, loding, viewer}, tavora_db.Data1,
+          players ? players : probe_players(services.clock, services.loop),
+          SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }}) {
+    wire_request_menus(qx_main, request, mail, web, manager);
+    wire_request_window(station, qx_main, request, mail, manager, playback, viewer);
+    schedule.CheckTime = request.CheckTime;
+    playback.station_port.end_program = [this] { Shutdown(); };
+    qx_main.on_click("mnu_File_Run", [this](int) { playback.Run(); });
+    qx_main.on_click("mnu_File_Pause", [this](int) { playback.Ply_Pse(); });
+    qx_main.on_click("Catover", [this](int) {
+        form2.Form_Load();
+        form2.Visible = true;
+    });
     setup.End_Program = [this] { Shutdown(); };
     qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
     qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
@@ -50,10 +66,13 @@ StationApp::StationApp(const Services& services)
 StationApp::~StationApp() = default;
 
 Form* StationApp::form(std::string_view name) {
-    for (Form* window :
-         std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request, &viewer,
-                                      &loding, &mail, &type_lookup, &schedule, &form2}) {
+    for (Form* window : std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request,
+                                                     &viewer, &loding, &mail, &type_lookup,
+                                                     &schedule, &form2, &playback.on_air}) {
         if (window->name() == name) return window;
+    }
+    for (int n = 1; n <= kPlayers; ++n) {
+        if (playback.Player_Forms(n).name() == name) return &playback.Player_Forms(n);
     }
     return nullptr;
 }
@@ -117,9 +136,9 @@ bool StationApp::Sub_Main() {
 
     tavora_db.Loaded = true;
     tavora_db.Data1.DatabaseName = native(station.Act_Db).string();
-    request.Loaded = true;
     request.Left = 0;
     request.Top = 0;
+    request.Form_Load();
     schedule.Loaded = true;
     schedule.Form_Load();
     viewer.Loaded = true;
@@ -212,7 +231,7 @@ void StationApp::start_internet_interface() {
     }
     read_tqxiis_switches(station, file);
     if (station.IIS_On && station.IIS_AutoLoad) {
-        mail.Loaded = true;
+        mail.Form_Load();
         mail.WindowState = 1;
         mail.Left = 0;
         mail.Top = 2940;

@@ -13,7 +13,11 @@
 #include "core/windows/frm_loding.h"
 #include "core/windows/qx_main.h"
 #include "internet/mailfrm.h"
+#include "internet/station_manager.h"
+#include "internet/web_list.h"
 #include "playback/frm_viewer.h"
+#include "playback/media_player.h"
+#include "playback/playback.h"
 #include "requests/request_form.h"
 #include "selection/form2.h"
 #include "selection/frm_schedule1.h"
@@ -30,7 +34,9 @@ namespace tavora {
 // happens in timer and control events on the loop the front end runs.
 class StationApp {
   public:
-    explicit StationApp(const Services& services);
+    // `players` makes the bank's seven players; without it they are probe
+    // players that only time each file.
+    explicit StationApp(const Services& services, const PlayerFactory& players = {});
     ~StationApp();
 
     // Runs start-up to the idle state. False when start-up ended the
@@ -69,6 +75,9 @@ class StationApp {
     frmSchedule1 schedule;
     Form2 form2{station, services_, pool};
     Selection selection{station, services_, pool, qx_main, loding, type_lookup};
+    StationManagerLink manager{station, services_};
+    WebList web{request, station, services_};
+    Playback playback;
 
   private:
     std::filesystem::path home() const;
