@@ -1,18 +1,23 @@
 #include "sim/simulator.h"
 
-#include <cmath>
-#include <cstdio>
+#include <algorithm>
+#include <memory>
 #include <ostream>
+
+#include "audio/engine.h"
+#include "audio/format.h"
 
 #include "platform/clock.h"
 #include "platform/dialog_stand_ins.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/virtual_scheduler.h"
-#include "runtime/date_text.h"
-#include "runtime/dates.h"
+#include "playback/engine_player.h"
+#include "playback/offline_drive.h"
+#include "playback/probe_player.h"
 #include "runtime/random.h"
 #include "runtime/text_file.h"
+#include "sim/event_log.h"
 #include "sim/script.h"
 #include "station/station_app.h"
 
@@ -66,14 +71,30 @@ bool put_line(const PathMap& paths, const ScriptAction& action) {
     return writer.close();
 }
 
-}  // namespace
-
-std::string event_time(double date) {
-    const double ms = std::round((date - std::floor(date)) * kMsPerDay);
-    char millis[8];
-    std::snprintf(millis, sizeof millis, ".%03d", static_cast<int>(std::fmod(ms, 1000.0)));
-    return Format(date, "yyyy-mm-dd hh:mm:ss") + millis;
+// False when the action names a control that no window has.
+bool run_action(StationApp& app, SimulatorDialogs& dialogs, const PathMap& paths,
+                const ScriptAction& action) {
+    switch (action.kind) {
+        case ScriptAction::Kind::Answer:
+            dialogs.Queue(action.text);
+            return true;
+        case ScriptAction::Kind::Click: {
+            Form* form = app.form(action.form);
+            return form && form->click(action.control, action.index);
+        }
+        case ScriptAction::Kind::Set: {
+            Form* form = app.form(action.form);
+            return form && form->set(action.control, action.index, action.text);
+        }
+        case ScriptAction::Kind::Append:
+        case ScriptAction::Kind::Write:
+            put_line(paths, action);
+            return true;
+    }
+    return true;
 }
+
+}  // namespace
 
 int run_simulation(const SimulationOptions& options, std::ostream& out, std::ostream& err) {
     const Script script = parse_script(options.script);
@@ -90,43 +111,44 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
     Random random;
     const Services services{clock, loop, dialogs, paths, launcher, random};
 
-    StationApp app(services);
+    const audio::Post post = [&loop](std::function<void()> fn) { loop.post(std::move(fn)); };
+    std::unique_ptr<audio::Engine> engine;
+    if (!options.probe_players) {
+        engine = std::make_unique<audio::Engine>(audio::OutputKind::Offline, post);
+        if (!options.mix_out.empty() && !engine->write_wav(options.mix_out.string())) {
+            err << "tavora: cannot write the mix to " << options.mix_out.string() << "\n";
+            return 2;
+        }
+    }
+    StationApp app(services, engine ? engine_players(*engine, post) : probe_players(clock, loop));
     app.on_end = [&loop] { loop.quit(); };
-    const double end = options.start + options.duration_ms / kMsPerDay;
-    long actions_run = 0;
 
+    EventLog log(clock, loop, out, app.station, app.playback);
+    log.listen_to(app.selection, options.trace_selection);
+    MixLevelMeter meter(log.dead_air(), audio::kRate);
+    std::unique_ptr<OfflineDrive> drive;
+    if (engine) {
+        engine->add_tap(
+            [&meter](const float* frames, std::size_t count) { meter.feed(frames, count); });
+        drive = std::make_unique<OfflineDrive>(clock, *engine);
+    } else {
+        log.count_silence_by_players();
+    }
+
+    const double end = options.start + options.duration_ms / kMsPerDay;
     if (app.Sub_Main()) {
         for (const ScriptAction& action : script.actions) {
             loop.run_until(std::min(end, options.start + action.at_ms / kMsPerDay));
             if (app.ended() || clock.Now() >= end) break;
-            switch (action.kind) {
-                case ScriptAction::Kind::Answer:
-                    dialogs.Queue(action.text);
-                    break;
-                case ScriptAction::Kind::Click:
-                case ScriptAction::Kind::Set: {
-                    Form* form = app.form(action.form);
-                    const bool done =
-                        form && (action.kind == ScriptAction::Kind::Click
-                                     ? form->click(action.control, action.index)
-                                     : form->set(action.control, action.index, action.text));
-                    if (!done) {
-                        err << "tavora: script line " << action.line << ": no " << action.form
-                            << "." << action.control << " to act on\n";
-                    }
-                    break;
-                }
-                case ScriptAction::Kind::Append:
-                case ScriptAction::Kind::Write:
-                    put_line(paths, action);
-                    break;
+            if (!run_action(app, dialogs, paths, action)) {
+                err << "tavora: script line " << action.line << ": no " << action.form << "."
+                    << action.control << " to act on\n";
             }
-            ++actions_run;
         }
         if (!app.ended()) loop.run_until(end);
     }
     app.Shutdown();
-    out << "END " << event_time(clock.Now()) << " aired=0 picks=0 fallbacks=0 dead_air_s=0\n";
+    log.end();
     return 0;
 }
 

@@ -23,7 +23,4 @@ struct SimulationOptions {
 // script line is reported on `err` with its number and nothing runs.
 int run_simulation(const SimulationOptions& options, std::ostream& out, std::ostream& err);
 
-// The time of an event line: "yyyy-mm-dd hh:mm:ss.fff".
-std::string event_time(double date);
-
 }  // namespace tavora

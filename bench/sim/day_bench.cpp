@@ -1,0 +1,120 @@
+// A simulated day of the whole station on a library of 10,000 rows: start-up,
+// auto start, every timer, selection and the bank, on probe players and on
+// the real engine rendering offline. The rows share the demo's generated
+// songs, so the engine decodes real files all day.
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+#include "runtime/dates.h"
+#include "sim/simulator.h"
+#include "station/demo_library.h"
+#include "store/library.h"
+#include "store/statement.h"
+
+namespace tavora {
+namespace {
+
+namespace fs = std::filesystem;
+
+const double kStart = DateSerial(2026, 3, 10) + 6.5 / 24.0;
+constexpr int kRows = 10'000;
+constexpr int kSongs = 24;
+
+// Copies of the demo's songs, each its own title and artist, up to `rows`.
+std::string fill_sql(Library& library, int rows) {
+    std::string columns, values;
+    Statement names = library.connection().prepare(
+        "SELECT name FROM pragma_table_info('Recordings1') WHERE name <> 'RecID'");
+    while (names.step() == Statement::Step::Row) {
+        const std::string name = names.column_text(0);
+        columns += (columns.empty() ? "[" : ", [") + name + "]";
+        std::string value = "[" + name + "]";
+        if (name == "Title") value = "Title || ' ' || n.i";
+        if (name == "Artist") value = "Artist || ' ' || (n.i % 97)";
+        if (name == "T40") value = "NULL";
+        values += (values.empty() ? "" : ", ") + value;
+    }
+    return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+           std::to_string(rows) + ") INSERT INTO Recordings1 (" + columns + ") SELECT " + values +
+           " FROM Recordings1, n WHERE Category IN ('POP', 'ROCK', 'Dance', 'Country') LIMIT " +
+           "?";
+}
+
+// The library made once: a demo of a few songs grown to `kRows` rows.
+class Library10k {
+  public:
+    Library10k() : folder_(fs::temp_directory_path() / "tavora-bench-day") {
+        fs::remove_all(folder_);
+        const DemoReport demo = make_demo_library(folder_ / "master", kStart - 1, {kSongs, {}});
+        if (!demo.error.empty()) {
+            error = demo.error;
+            return;
+        }
+        auto library = Library::open(folder_ / "master" / "qx1.mdb", FileKind::Library).library;
+        Statement grow = library->connection().prepare(fill_sql(*library, kRows));
+        grow.bind_int64(1, kRows - static_cast<long long>(demo.rows));
+        if (grow.step() == Statement::Step::Error) error = grow.error();
+    }
+    ~Library10k() { fs::remove_all(folder_); }
+
+    // A fresh install folder for one run: its own files, the songs shared.
+    fs::path fresh_home() const {
+        const fs::path home = folder_ / "run";
+        fs::remove_all(home);
+        fs::create_directories(home);
+        for (const auto& entry : fs::directory_iterator(folder_ / "master")) {
+            if (entry.path().filename() == "music")
+                fs::create_directory_symlink(entry.path(), home / "music");
+            else
+                fs::copy(entry.path(), home / entry.path().filename(), fs::copy_options::recursive);
+        }
+        return home;
+    }
+
+    std::string error;
+
+  private:
+    fs::path folder_;
+};
+
+// A number of the run's last line, "END ... name=<n> ...".
+double end_count(const std::string& output, const std::string& name) {
+    const auto end = output.rfind("END ");
+    const auto at = output.find(" " + name + "=", end);
+    return at == std::string::npos ? -1 : std::stod(output.substr(at + name.size() + 2));
+}
+
+void BM_SimulatedDay(benchmark::State& state) {
+    static const Library10k library;
+    if (!library.error.empty()) {
+        state.SkipWithError(library.error.c_str());
+        return;
+    }
+    std::string output;
+    for (auto _ : state) {
+        state.PauseTiming();
+        SimulationOptions options;
+        options.home = library.fresh_home();
+        options.start = kStart;
+        options.duration_ms = 24LL * 3600 * 1000;
+        options.probe_players = state.range(0) == 0;
+        std::ostringstream out, err;
+        state.ResumeTiming();
+        run_simulation(options, out, err);
+        output = out.str();
+    }
+    for (const char* name : {"picks", "aired", "fallbacks", "dead_air_s"})
+        state.counters[name] = end_count(output, name);
+}
+BENCHMARK(BM_SimulatedDay)
+    ->ArgName("engine")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kSecond)
+    ->Iterations(1);
+
+}  // namespace
+}  // namespace tavora
