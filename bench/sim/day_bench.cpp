@@ -11,8 +11,6 @@
 #include "runtime/dates.h"
 #include "sim/simulator.h"
 #include "station/demo_library.h"
-#include "store/library.h"
-#include "store/statement.h"
 
 namespace tavora {
 namespace {
@@ -22,26 +20,6 @@ namespace fs = std::filesystem;
 const double kStart = DateSerial(2026, 3, 10) + 6.5 / 24.0;
 constexpr int kRows = 10'000;
 constexpr int kSongs = 24;
-
-// Copies of the demo's songs, each its own title and artist, up to `rows`.
-std::string fill_sql(Library& library, int rows) {
-    std::string columns, values;
-    Statement names = library.connection().prepare(
-        "SELECT name FROM pragma_table_info('Recordings1') WHERE name <> 'RecID'");
-    while (names.step() == Statement::Step::Row) {
-        const std::string name = names.column_text(0);
-        columns += (columns.empty() ? "[" : ", [") + name + "]";
-        std::string value = "[" + name + "]";
-        if (name == "Title") value = "Title || ' ' || n.i";
-        if (name == "Artist") value = "Artist || ' ' || (n.i % 97)";
-        if (name == "T40") value = "NULL";
-        values += (values.empty() ? "" : ", ") + value;
-    }
-    return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-           std::to_string(rows) + ") INSERT INTO Recordings1 (" + columns + ") SELECT " + values +
-           " FROM Recordings1, n WHERE Category IN ('POP', 'ROCK', 'Dance', 'Country') LIMIT " +
-           "?";
-}
 
 // The library made once: a demo of a few songs grown to `kRows` rows.
 class Library10k {
@@ -53,10 +31,7 @@ class Library10k {
             error = demo.error;
             return;
         }
-        auto library = Library::open(folder_ / "master" / "qx1.mdb", FileKind::Library).library;
-        Statement grow = library->connection().prepare(fill_sql(*library, kRows));
-        grow.bind_int64(1, kRows - static_cast<long long>(demo.rows));
-        if (grow.step() == Statement::Step::Error) error = grow.error();
+        error = grow_demo_library(folder_ / "master", kRows);
     }
     ~Library10k() { fs::remove_all(folder_); }
 

@@ -20,10 +20,14 @@ bool is_fallback(PickReport::Way way) {
 }  // namespace
 
 std::string event_time(double date) {
-    const double ms = std::round((date - std::floor(date)) * kMsPerDay);
-    char millis[8];
-    std::snprintf(millis, sizeof millis, ".%03d", static_cast<int>(std::fmod(ms, 1000.0)));
-    return Format(date, "yyyy-mm-dd hh:mm:ss") + millis;
+    // Whole milliseconds first: the date text alone would round the seconds.
+    const auto ms = static_cast<long long>(std::llround(date * kMsPerDay));
+    const long long day = ms / 86'400'000LL;
+    const long long in_day = ms % 86'400'000LL;
+    char time[32];
+    std::snprintf(time, sizeof time, " %02lld:%02lld:%02lld.%03lld", in_day / 3'600'000,
+                  in_day / 60'000 % 60, in_day / 1000 % 60, in_day % 1000);
+    return Format(static_cast<double>(day), "yyyy-mm-dd") + time;
 }
 
 EventLog::EventLog(const Clock& clock, EventLoop& loop, std::ostream& out, Station& station,

@@ -71,7 +71,28 @@ bool put_line(const PathMap& paths, const ScriptAction& action) {
     return writer.close();
 }
 
-// False when the action names a control that no window has.
+// The control an action presses or fills, as the script wrote it.
+std::string control_name(const ScriptAction& action) {
+    std::string name = action.form + "." + action.control;
+    if (action.index >= 0) name += "(" + std::to_string(action.index) + ")";
+    return name;
+}
+
+// A click or set whose control no window has, checked before anything runs:
+// "line N: ...", or empty.
+std::string unknown_control(StationApp& app, const Script& script) {
+    for (const ScriptAction& action : script.actions) {
+        if (action.kind != ScriptAction::Kind::Click && action.kind != ScriptAction::Kind::Set)
+            continue;
+        Form* form = app.form(action.form);
+        if (!form || !form->find(action.control, action.index))
+            return "line " + std::to_string(action.line) + ": no control " + control_name(action);
+    }
+    return {};
+}
+
+// False when the control refused the action: a missing handler, or a value
+// that doesn't fit it.
 bool run_action(StationApp& app, SimulatorDialogs& dialogs, const PathMap& paths,
                 const ScriptAction& action) {
     switch (action.kind) {
@@ -122,6 +143,10 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
     }
     StationApp app(services, engine ? engine_players(*engine, post) : probe_players(clock, loop));
     app.on_end = [&loop] { loop.quit(); };
+    if (const std::string unknown = unknown_control(app, script); !unknown.empty()) {
+        err << "tavora: script " << unknown << "\n";
+        return 2;
+    }
 
     EventLog log(clock, loop, out, app.station, app.playback);
     log.listen_to(app.selection, options.trace_selection);
@@ -141,8 +166,8 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
             loop.run_until(std::min(end, options.start + action.at_ms / kMsPerDay));
             if (app.ended() || clock.Now() >= end) break;
             if (!run_action(app, dialogs, paths, action)) {
-                err << "tavora: script line " << action.line << ": no " << action.form << "."
-                    << action.control << " to act on\n";
+                err << "tavora: script line " << action.line << ": " << control_name(action)
+                    << " did not take the action\n";
             }
         }
         if (!app.ended()) loop.run_until(end);

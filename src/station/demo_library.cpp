@@ -10,6 +10,7 @@
 #include "station/install.h"
 #include "store/library.h"
 #include "store/recordset.h"
+#include "store/statement.h"
 
 namespace tavora {
 
@@ -149,6 +150,28 @@ bool add_row(Recordset& table, const DemoRow& row, const PathMap& paths, double 
     return table.Update();
 }
 
+// The copy of every column of a song, with the title and artist made its own
+// by the copy's number `n.i`.
+std::string copy_song_sql(Library& library) {
+    std::string columns, values;
+    Statement names = library.connection().prepare(
+        "SELECT name FROM pragma_table_info('Recordings1') WHERE name <> 'RecID'");
+    while (names.step() == Statement::Step::Row) {
+        const std::string name = names.column_text(0);
+        columns += (columns.empty() ? "[" : ", [") + name + "]";
+        std::string value = "[" + name + "]";
+        if (name == "Title") value = "Title || ' ' || n.i";
+        if (name == "Artist") value = "Artist || ' ' || (n.i % 97)";
+        if (name == "T40") value = "0";
+        values += (values.empty() ? "" : ", ") + value;
+    }
+    return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT ?1) "
+           "INSERT INTO Recordings1 (" +
+           columns + ") SELECT " + values +
+           " FROM n, Recordings1 WHERE Source IS NULL AND Category IN ('POP', 'ROCK', 'Dance', "
+           "'Country') LIMIT ?1";
+}
+
 // Auto start and the seventh player, so the demo plays as soon as it opens.
 std::string switch_on_demo_settings(const std::filesystem::path& home) {
     const auto opened = Library::open(home / "Setup.mdb", FileKind::Settings);
@@ -211,6 +234,18 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
     report.rows = rows.size();
     say("The demo library holds " + std::to_string(rows.size()) + " recordings");
     return report;
+}
+
+std::string grow_demo_library(const std::filesystem::path& home, std::size_t rows) {
+    const auto opened = Library::open(home / "qx1.mdb", FileKind::Library);
+    if (!opened.library) return opened.error;
+    Statement count = opened.library->connection().prepare("SELECT count(*) FROM Recordings1");
+    if (count.step() != Statement::Step::Row) return count.error();
+    const long long have = count.column_int64(0);
+    if (static_cast<long long>(rows) <= have) return {};
+    Statement grow = opened.library->connection().prepare(copy_song_sql(*opened.library));
+    grow.bind_int64(1, static_cast<long long>(rows) - have);
+    return grow.step() == Statement::Step::Error ? grow.error() : std::string();
 }
 
 }  // namespace tavora

@@ -27,4 +27,10 @@ struct DemoReport {
 DemoReport make_demo_library(const std::filesystem::path& home, double now,
                              const DemoOptions& options);
 
+// Adds copies of the demo's songs, each with its own title and artist and
+// off the charts, until the library of `home` holds `rows` recordings: a
+// library of a real station's size on a few files, for trying the rules at
+// scale. Returns an error, or empty.
+std::string grow_demo_library(const std::filesystem::path& home, std::size_t rows);
+
 }  // namespace tavora
