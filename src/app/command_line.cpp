@@ -116,7 +116,7 @@ std::string usage_text() {
            "      --mix-out FILE.wav             write the mix (engine players)\n"
            "      --trace-selection              print the selection's trace lines\n"
            "  --play FILE...   play the files at once through the audio engine and exit\n"
-           "  --output OUT     where --play sounds: card (default) or null\n"
+           "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

@@ -4,13 +4,16 @@
 #include <csignal>
 #include <iostream>
 
+#include "audio/engine.h"
 #include "platform/clock.h"
 #include "platform/dialog_stand_ins.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/real_time_loop.h"
+#include "playback/engine_player.h"
 #include "runtime/random.h"
+#include "sim/event_log.h"
 #include "station/station_app.h"
 
 namespace tavora {
@@ -33,7 +36,7 @@ void catch_stop_signals() {
 
 }  // namespace
 
-int run_headless(const std::optional<std::string>& home_option) {
+int run_headless(const std::optional<std::string>& home_option, const std::string& output) {
     const auto home = ResolveInstallFolder(home_option);
     if (!files::Exists(home / "Setup.mdb")) {
         std::cerr << "tavora: no station is installed in " << home.string()
@@ -49,8 +52,15 @@ int run_headless(const std::optional<std::string>& home_option) {
     Random random;
     const Services services{clock, loop, dialogs, paths, launcher, random};
 
-    StationApp app(services);
+    const audio::Post post = [&loop](std::function<void()> fn) { loop.post(std::move(fn)); };
+    audio::Engine engine(output == "null" ? audio::OutputKind::Null : audio::OutputKind::Card,
+                         post);
+    if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
+    StationApp app(services, engine_players(engine, post));
     app.on_end = [&loop] { loop.quit(); };
+    EventLog log(clock, loop, std::cout, app.station, app.playback);
+    log.listen_to(app.selection, false);
+    log.count_silence_by_players();
     catch_stop_signals();
     // Signals only raise a flag; the shutdown itself runs on the rule thread.
     auto watch = loop.CreateTimer([&app] {
@@ -68,6 +78,7 @@ int run_headless(const std::optional<std::string>& home_option) {
     }
     std::cerr << "tavora: idle, library " << app.station.Act_Db << "\n";
     loop.run();
+    log.end();
     std::cerr << "tavora: stopped\n";
     return 0;
 }

@@ -1,0 +1,26 @@
+#!/bin/sh
+# Installs a station, runs it headless to the null output, waits until it is
+# idle, sends SIGTERM and expects a clean exit with the END line.
+set -eu
+tavora=$1
+dir=$(mktemp -d)
+trap 'rm -rf "$dir"' EXIT
+
+"$tavora" --install --home "$dir/station" >/dev/null
+"$tavora" --headless --home "$dir/station" --output null >"$dir/out" 2>"$dir/err" &
+pid=$!
+tries=0
+until grep -q "tavora: idle" "$dir/err"; do
+    tries=$((tries + 1))
+    if [ $tries -gt 300 ] || ! kill -0 $pid 2>/dev/null; then
+        echo "the station never reached idle:"; cat "$dir/err"; exit 1
+    fi
+    sleep 0.1
+done
+kill -TERM $pid
+status=0
+wait $pid || status=$?
+cat "$dir/err"
+[ $status -eq 0 ] || { echo "exit status $status"; exit 1; }
+grep -q "^tavora: stopped$" "$dir/err"
+grep -q "^END .* aired=0 picks=0 fallbacks=0 dead_air_s=0.0$" "$dir/out"
