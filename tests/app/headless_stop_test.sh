@@ -1,6 +1,7 @@
 #!/bin/sh
 # Installs a station, runs it headless to the null output, waits until it is
-# idle, sends SIGTERM and expects a clean exit with the END line.
+# idle, sends SIGTERM and expects a clean exit with the END line, the session
+# file written and the library's backup made.
 set -eu
 tavora=$1
 dir=$(mktemp -d)
@@ -24,3 +25,5 @@ cat "$dir/err"
 [ $status -eq 0 ] || { echo "exit status $status"; exit 1; }
 grep -q "^tavora: stopped$" "$dir/err"
 grep -q "^END .* aired=0 picks=0 fallbacks=0 dead_air_s=0.0$" "$dir/out"
+[ -s "$dir/station/qxbp.ini" ] || { echo "no qxbp.ini"; exit 1; }
+[ -s "$dir/station/qxlast.mdb" ] || { echo "no backup qxlast.mdb"; exit 1; }
