@@ -11,7 +11,7 @@ namespace tavora {
 // A fresh folder under the system's temporary folder, removed with its
 // contents when the test ends.
 class TestFolder {
-public:
+  public:
     TestFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "tavora-XXXXXX").string();
         path_ = mkdtemp(name.data());
@@ -33,7 +33,7 @@ public:
         return file;
     }
 
-private:
+  private:
     std::filesystem::path path_;
 };
 

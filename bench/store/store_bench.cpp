@@ -1,10 +1,10 @@
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
-#include <unistd.h>
 
 #include "runtime/dates.h"
 #include "store/library.h"
@@ -41,7 +41,8 @@ class Libraries {
         Connection& connection = library->connection();
         Transaction batch = library->transaction();
         Statement insert = connection.prepare(
-            "INSERT INTO Recordings1 (Title, Artist, Category, Speed, [Long title], [Total Request],"
+            "INSERT INTO Recordings1 (Title, Artist, Category, Speed, [Long title], [Total "
+            "Request],"
             " [Last Played], [Max Play Day], [Max Play Week], [Max Month], [Schedule Select],"
             " [Valid Monday], Size, [Mix Out], Length) VALUES (?, ?, ?, ?, ?, ?, ?, 1, 5, 20, ?,"
             " -1, 6, 6, ?)");
@@ -88,12 +89,17 @@ void BM_RequeryAndWalkNormSel(benchmark::State& state) {
     for (auto _ : state) {
         rows.Requery();
         double sum = 0;
-        for (; !rows.IsEOF(); rows.MoveNext()) sum += read_row(rows);
+        for (; !rows.IsEOF(); rows.MoveNext())
+            sum += read_row(rows);
         benchmark::DoNotOptimize(sum);
     }
     state.counters["rows"] = static_cast<double>(rows.RecordCount());
 }
-BENCHMARK(BM_RequeryAndWalkNormSel)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RequeryAndWalkNormSel)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
 
 // The rules' style: refresh, MoveLast, MoveFirst and Move to each row in turn.
 void BM_RefreshPerRowWalk(benchmark::State& state) {
@@ -174,9 +180,11 @@ void BM_WalkOnly(benchmark::State& state) {
     for (auto _ : state) {
         library->note_write();
         double sum = 0;
-        for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext()) sum += read_row(rows);
+        for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext())
+            sum += read_row(rows);
         benchmark::DoNotOptimize(sum);
     }
 }
 BENCHMARK(BM_WalkOnly)->Arg(100000)->Unit(benchmark::kMillisecond);
-}}
+}  // namespace
+}  // namespace tavora

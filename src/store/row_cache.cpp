@@ -37,13 +37,14 @@ Statement& fetch_statement(Library& library, QueryPlan& plan, std::uint64_t mask
     }
     return plan.fetches
         .emplace(mask, library.connection().prepare("SELECT rowid, " + fields + " FROM " +
-                                                     quote_identifier(plan.table) +
-                                                     " WHERE rowid BETWEEN ? AND ?"))
+                                                    quote_identifier(plan.table) +
+                                                    " WHERE rowid BETWEEN ? AND ?"))
         .first->second;
 }
 
 void RowCache::clear() {
-    for (Block& block : blocks_) block = Block{};
+    for (Block& block : blocks_)
+        block = Block{};
 }
 
 RowCache::Block* RowCache::find(std::uint64_t generation, std::size_t index) {
@@ -56,9 +57,8 @@ RowCache::Block* RowCache::find(std::uint64_t generation, std::size_t index) {
     return nullptr;
 }
 
-const Value& RowCache::field(Library& library, QueryPlan& plan,
-                             const std::vector<long long>& keys, std::size_t index,
-                             std::size_t column) {
+const Value& RowCache::field(Library& library, QueryPlan& plan, const std::vector<long long>& keys,
+                             std::size_t index, std::size_t column) {
     const std::uint64_t generation = library.known_generation();
     Block* block = find(generation, index);
     if (block == nullptr || !has_field(block->mask, column)) {
@@ -112,13 +112,15 @@ void RowCache::load(Block& block, Library& library, QueryPlan& plan,
         std::size_t r = 0;
         while (r < count && fetch.step() == Statement::Step::Row) {
             const long long key = fetch.column_int64(0);
-            for (; r < count && row_keys[r] < key; ++r) missing_row();
+            for (; r < count && row_keys[r] < key; ++r)
+                missing_row();
             if (r < count && row_keys[r] == key) {
                 read_row();
                 ++r;
             }
         }
-        for (; r < count; ++r) missing_row();
+        for (; r < count; ++r)
+            missing_row();
     } else {
         for (std::size_t r = 0; r < count; ++r) {
             fetch.bind_int64(1, row_keys[r]);
@@ -135,7 +137,7 @@ void RowCache::load(Block& block, Library& library, QueryPlan& plan,
 }
 
 std::optional<std::vector<Value>> RowCache::whole_row(Library& library, QueryPlan& plan,
-                                                       long long key) {
+                                                      long long key) {
     Statement& fetch = fetch_statement(library, plan, kAllFields);
     fetch.bind_int64(1, key);
     fetch.bind_int64(2, key);

@@ -33,9 +33,9 @@ class RowCache {
         std::size_t first = 0;
         std::size_t count = 0;
         std::uint64_t generation = 0;
-        std::uint64_t mask = 0;      // the fields read
-        std::vector<int> slot;       // a field's place in a row of cells, -1 when not read
-        std::size_t width = 0;       // cells a row
+        std::uint64_t mask = 0;  // the fields read
+        std::vector<int> slot;   // a field's place in a row of cells, -1 when not read
+        std::size_t width = 0;   // cells a row
         std::vector<Value> cells;
     };
 
