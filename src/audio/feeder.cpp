@@ -85,6 +85,10 @@ void Feeder::run() {
 }
 
 void Feeder::handle(const Request& request) {
+    // The mixer ramps the old data down before a seek jumps, reading up to a ramp past
+    // where it stood. One more block makes sure that data is there, so the offline mix
+    // doesn't depend on how far ahead this thread happened to be.
+    if (!request.open && producing_) produce();
     gen_ = request.gen;
     staged_.clear();
     staged_read_ = 0;

@@ -94,7 +94,7 @@ void Player::pause() {
 
 void Player::Stop() {
     if (state_ == kClosed) return;
-    voice_.send(command::Halt{});
+    voice_.send(command::Pause{});  // the Load waits in the mixer until the ramp is silent
     load(frames_of_seconds(selection_start_));
     set_state(kStopped, true);
 }

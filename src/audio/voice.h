@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <variant>
 
 #include "audio/format.h"
@@ -34,8 +35,8 @@ struct Load {  // data of generation `gen` starts at file frame `frame`, played 
 struct Play {
     std::uint32_t serial;
 };
-struct Pause {};
-struct Halt {};
+struct Pause {};  // ramps down, then holds; Stop sends it too, so it never clicks
+struct Halt {};   // cuts at once: an Open replaces whatever the player had
 struct Gain {
     float gain;
 };
@@ -80,10 +81,17 @@ class Voice {
     void mix(float* out, std::size_t frames);
 
   private:
+    enum class Data { Ready, Missing, Ended };
+
+    void take_commands();
     void apply(const Command& command);
+    void load(const command::Load& load);
+    bool fading() const { return stopping_ || next_load_.has_value(); }
+    bool faded_out() const { return fading() && ramp_target_ == 0.0f && ramp_left_ == 0; }
+    void silenced();
     std::int64_t position() const;
     std::int64_t frames_to_end() const;
-    bool next_block();
+    Data next_block();
     void finish();
     std::size_t add(const float* in, float* out, std::size_t frames);
 
@@ -101,13 +109,16 @@ class Voice {
     std::int64_t consumed_ = 0;  // frames of this generation mixed
     std::int64_t end_frame_ = -1;
     std::uint32_t serial_ = 0;
-    bool playing_ = false;    // taking frames from the ring
-    bool stopping_ = false;   // a pause ramping down before it holds
-    bool drained_ = false;    // the generation's last block has been played out
+    bool playing_ = false;   // taking frames from the ring
+    bool stopping_ = false;  // a pause ramping down before it holds
+    // A seek that came while the voice was audible: the old data ramps down first, and
+    // later commands wait behind it.
+    std::optional<command::Load> next_load_;
     std::size_t offset_ = 0;  // frames already taken from the front block
     float gain_ = 1.0f;       // what the player asked for
     float level_ = 0.0f;      // where the ramp is now
     float ramp_target_ = 0.0f;
+    std::size_t ramp_left_ = 0;  // frames until the level reaches ramp_target_
     float step_ = 0.0f;
 };
 

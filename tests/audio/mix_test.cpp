@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
 #include "audio/decoder.h"
@@ -10,6 +12,8 @@ namespace tavora::audio {
 namespace {
 
 using test::OfflineStation;
+
+constexpr std::size_t kRamp = Voice::kRampFrames;
 
 double rms(const std::vector<float>& mix, int channel) {
     double sum = 0;
@@ -63,6 +67,70 @@ TEST(Mix, GainChangesRampWithoutAStep) {
     for (std::size_t i = kChannels; i < all.size(); i += kChannels) {
         ASSERT_LE(std::fabs(all[i] - all[i - kChannels]), slope * 1.001f) << "frame " << i / 2;
     }
+}
+
+// other.wav is a 1000 Hz tone at peak 0.5: its own steepest step between frames is
+// 2·π·f/rate·A, and its crests fall on frames 12 + 48·k.
+constexpr double kToneStep = 2 * std::numbers::pi * 1000.0 / kRate * 0.5;
+constexpr std::size_t kCrest = 100 * 48 + 12;
+constexpr std::size_t kTenMs = kRate / 100;
+
+float largest_step(const std::vector<float>& mix) {
+    float largest = 0.0f;
+    for (std::size_t i = kChannels; i < mix.size(); ++i)
+        largest = std::max(largest, std::fabs(mix[i] - mix[i - kChannels]));
+    return largest;
+}
+
+// Leaving the tone at a crest would step by its whole amplitude; a ramp adds at most
+// A / ramp length to the tone's own slope.
+TEST(StopAndSeek, LeaveALoudToneWithoutAStep) {
+    const float bound = static_cast<float>(kToneStep * 1.1);
+    OfflineStation station;
+    auto player = station.open("other.wav");
+    player->play();
+    std::vector<float> all = station.render(kCrest);
+    ASSERT_GT(all.back(), 0.49f);
+
+    // Seek from a crest to a trough; the tone is back at full level within 10 ms.
+    player->CurrentPosition(1.0 + 36.0 / kRate);
+    const auto seek = station.render(2 * kTenMs);
+    all.insert(all.end(), seek.begin(), seek.end());
+    EXPECT_LT(largest_step(all), bound);
+    const auto back = seek.begin() + kTenMs * kChannels;
+    EXPECT_GT(*std::max_element(back, back + 48 * kChannels), 0.49f);
+    EXPECT_EQ(player->PlayState(), Player::kPlaying);
+
+    // Bring the tone to a crest again, then Stop: silence within 10 ms.
+    const std::size_t to_crest = (48 - (2 * kTenMs - kRamp + 36) % 48 + 12) % 48;
+    all = station.render(to_crest + 48 * 10);
+    ASSERT_GT(all.back(), 0.49f);
+    player->Stop();
+    EXPECT_EQ(player->PlayState(), Player::kStopped);
+    const auto fade = station.render(kTenMs);
+    const auto after = station.render(kTenMs);
+    all.insert(all.end(), fade.begin(), fade.end());
+    EXPECT_LT(largest_step(all), bound);
+    EXPECT_TRUE(std::all_of(after.begin(), after.end(), [](float x) { return x == 0.0f; }));
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 0.0);
+}
+
+// The old place ends under the ramp down: the seek still lands, and the song plays on.
+TEST(StopAndSeek, ASeekJustBeforeTheEndIsNotTheEnd) {
+    OfflineStation station;
+    auto player = station.open("other.wav");
+    int stops = 0;
+    player->PlayStateChange = [&stops](int, int state) { stops += state == Player::kStopped; };
+    player->SelectionEnd(1.0);
+    player->CurrentPosition(0.5);
+    player->play();
+    station.render(kRate / 2 - 100);
+    player->CurrentPosition(0.25);
+    const auto mix = station.render(kTenMs);
+    EXPECT_EQ(player->PlayState(), Player::kPlaying);
+    EXPECT_EQ(stops, 0);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 0.25 + double(kTenMs - 100) / kRate);
+    EXPECT_GT(*std::max_element(mix.end() - 48 * kChannels, mix.end()), 0.49f);
 }
 
 TEST(Mix, TapsAndTheWavFileGetExactlyTheMix) {

@@ -139,8 +139,9 @@ TEST(Player, WritingThePositionWhilePlayingJumpsThere) {
     station.render(1000);
     player->CurrentPosition(3.0);
     EXPECT_DOUBLE_EQ(player->CurrentPosition(), 3.0);
-    const auto mix = station.render(2000);
-    EXPECT_EQ(index_at(mix, 1500), 3 * kRate + 1500);
+    const auto mix = station.render(2000);  // a ramp of the old place first, then the new
+    EXPECT_EQ(index_at(mix, 1500), 3 * kRate + 1500 - long(kRamp));
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 3.0 + double(2000 - kRamp) / kRate);
 }
 
 TEST(Player, ADamagedFileRaisesTheErrorWhileAnotherPlaysOn) {
@@ -196,10 +197,18 @@ TEST(Player, OfflineRenderingIsTheSameEveryTime) {
         b->CurrentPosition(1.25);
         b->play();
         a->Volume(-1200);
-        for (int i = 0; i < 10; ++i) {
-            const auto more = station.render(7000);
-            all.insert(all.end(), more.begin(), more.end());
-        }
+        auto more = [&](std::size_t frames) {
+            const auto part = station.render(frames);
+            all.insert(all.end(), part.begin(), part.end());
+        };
+        for (int i = 0; i < 10; ++i)
+            more(7000);
+        // Ramps down before seeks and a stop read past where they began.
+        b->CurrentPosition(0.5);
+        more(900);
+        b->CurrentPosition(2.0);
+        a->Stop();
+        more(3000);
         return all;
     };
     EXPECT_EQ(run(), run());
