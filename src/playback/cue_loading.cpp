@@ -47,15 +47,14 @@ void Playback::Load_Up() {
         } else if (s_.Slot_Ready[slot] == 0) {
             if (slot == 7 && s_.Ply7_On == 1) {
                 s_.Cue_Slot = 14;
-                pick();
-                if (!Load_Wavs()) return;
+                if (!pick() || !Load_Wavs()) return;
                 viewer_.Label1(13).Caption = s_.Slot_Title[14];
                 s_.Cue_Slot = 7;
             }
-            pick();
+            if (!pick()) return;
             if (s_.Slot_Ready[15] == 0 && s_.Cue_Slot == 8 && s_.CD_Mode == 1) {
                 s_.Cue_Slot = 15;
-                pick();
+                if (!pick()) return;
                 viewer_.Label1(0).Caption = "CD " + s_.Slot_Title[15];
                 s_.Cue_Slot = 8;
             }

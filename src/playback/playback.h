@@ -100,7 +100,9 @@ class Playback {
 
   private:
     // Steps of the routines above.
-    void pick();  // auto_run, told to the observer
+    // auto_run, told to the observer; false when selection starved and the
+    // run was stopped.
+    bool pick();
     // Moves the record waiting in the holding slot 13 into `slot`; the
     // slot's own spot flag stays.
     void take_held(int slot);

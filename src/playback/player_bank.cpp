@@ -47,9 +47,16 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
 
 Playback::~Playback() = default;
 
-void Playback::pick() {
+bool Playback::pick() {
     if (selection_.auto_run) selection_.auto_run();
+    // Nothing in the library may be taken: asking again would find nothing
+    // again, and the slot may still hold a file of an earlier run.
+    if (s_.Sel_Starved != 0) {
+        Stop_Run(kNothingPlayable);
+        return false;
+    }
     if (observer && s_.Slot_Ready[s_.Cue_Slot] != 0) observer->committed(s_.Cue_Slot);
+    return true;
 }
 
 Recordset& Playback::library_rows() {
@@ -92,7 +99,7 @@ bool Playback::Load_Wavs() {
             Stop_Run(kNothingPlayable);
             return false;
         }
-        pick();
+        if (!pick()) return false;
     }
     player_of_slot(s_.Cue_Slot).Open(file);
     return true;

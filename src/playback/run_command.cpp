@@ -40,7 +40,7 @@ void Playback::Run() {
         main_.MousePointer = 11;
         const int slot = s_.Cue_Slot;
         if (s_.Slot_Ready[13] == 0) {
-            pick();
+            if (!pick()) return;
             s_.Slot_MixOut[slot] = 1;  // the first set always mixes at one second
         } else {
             // A lead waits: it opens the set with its own mix.

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "bank_fixture.h"
 #include "selection/selection_fixture.h"
@@ -17,9 +21,10 @@ class WithSelection : public SelectionTest {
         fake.paths.SetDrive('d', test::media_folder());
         for (int i = 0; i < 60; ++i) {
             const int seconds = 150 + 15 * (i % 8);
-            add({{"Long title", Value("d:\\song" + std::to_string(seconds) + ".mp3")},
-                 {"Mix Out", Value(4)},
-                 {"Length", Value::date(TimeSerial(0, 0, 7))}});
+            songs.push_back(
+                add({{"Long title", Value("d:\\song" + std::to_string(seconds) + ".mp3")},
+                     {"Mix Out", Value(4)},
+                     {"Length", Value::date(TimeSerial(0, 0, 7))}}));
         }
         station.Run_Mode = 0;
         data1.DatabaseName = (fake.home() / "qx1.mdb").string();
@@ -30,6 +35,7 @@ class WithSelection : public SelectionTest {
         playback->observer = &air;
     }
 
+    std::vector<long> songs;
     frmViewer viewer;
     DataControl data1{pool};
     test::AirLog air{fake.clock};
@@ -55,6 +61,28 @@ TEST_F(WithSelection, TwoHoursAirWhatSelectionStampedAndFixTheirLengths) {
         EXPECT_GE(length, 150) << id;
         EXPECT_EQ(std::lround(length - 150) % 15, 0) << id << ": " << length;
     }
+}
+
+TEST_F(WithSelection, ALibraryOfCdTracksOnlyStopsTheRunAtOnceAndAirsNothing) {
+    for (long id : songs)
+        set(id, "Long title", Value("CD Media - Track " + std::to_string(id)));
+    // The first set of an earlier run, still in its slots.
+    for (int slot = 1; slot <= 6; ++slot) {
+        station.Slot_File[slot] = "d:\\song150.mp3";
+        station.Slot_Ready[slot] = 3;
+    }
+    station.Log_Name = "c:\\tavora\\starved.log";
+    station.Log_Due = 0;
+    playback->Run();
+    EXPECT_TRUE(playback->run_stopped());
+    EXPECT_EQ(air.stops, std::vector<std::string>{Playback::kNothingPlayable});
+    EXPECT_EQ(main.Panel(3).Text, Playback::kNothingPlayable);
+    fake.loop.run_for(60 * 1000);
+    EXPECT_TRUE(air.changes.empty()) << "nothing aired";
+
+    std::ifstream in(fake.home() / "starved.log", std::ios::binary);
+    const std::string log{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_EQ(log, std::string(Playback::kNothingPlayable) + "\r\n");
 }
 
 }  // namespace
