@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "platform/clock.h"
 #include "platform/path_map.h"
 #include "runtime/convert.h"
@@ -164,32 +166,54 @@ void Selection::step_state() {
     }
 }
 
+namespace {
+
+// Random draws the fallback makes at the most; past them it walks on from
+// the last draw, so that one row it may take among very many is still found
+// in bounded time.
+constexpr long kFallbackDraws = 300;
+
+bool fallback_may_take(Recordset& rows) {
+    return !rows.IsEOF() && Left(field(rows, rec::LongTitle).text(), 2) != "CD";
+}
+
+}  // namespace
+
 // The answer when every rule said no: a row of the whole library at random,
 // judged by nothing but not being a CD track. Two numbers are drawn per
 // attempt and the first is thrown away.
 void Selection::fallback() {
     Data3.DatabaseName = active_database();
     Data3.RecordSource = "recordings1";
-    if (!fallback_has_row()) {
+    Data3.Refresh();
+    if (fallback_row_from(1) == 0) {
         s_.Sel_Starved = 1;
         trace("fallback: no row of the library can be taken; the slot stays empty");
         report(PickReport::Way::Starved, 0);
         return;
     }
     Recordset& rows = Data3.Recordset();
-    while (s_.Sel_State == 4) {
-        for (int draw = 0; draw < 2; ++draw) {
+    const long draws = std::min(kFallbackDraws, rows.RecordCount());
+    for (long attempt = 1; s_.Sel_State == 4; ++attempt) {
+        if (attempt <= draws) {
+            for (int draw = 0; draw < 2; ++draw) {
+                Data3.Refresh();
+                rows.MoveLast();
+                rows.MoveFirst();
+                s_.Rnd_Start = rows.RecordCount() - 1;
+                s_.Scan_Pos = static_cast<int>(Int(s_.Rnd_Start * services_.random.next() + 1));
+            }
             Data3.Refresh();
-            rows.MoveLast();
-            rows.MoveFirst();
-            s_.Rnd_Start = rows.RecordCount() - 1;
-            s_.Scan_Pos = static_cast<int>(Int(s_.Rnd_Start * services_.random.next() + 1));
+            rows.Move(s_.Scan_Pos);
+        } else {
+            s_.Scan_Pos = static_cast<int>(fallback_row_from(s_.Scan_Pos));
         }
-        Data3.Refresh();
-        rows.Move(s_.Scan_Pos);
-        if (!rows.IsEOF() && Left(field(rows, rec::LongTitle).text(), 2) != "CD") {
+        if (fallback_may_take(rows)) {
             const long rec_id = static_cast<long>(field(rows, rec::RecID).number());
-            if (hooks.trace) trace("fallback: row " + std::to_string(rec_id) + " at random");
+            if (hooks.trace) {
+                trace("fallback: row " + std::to_string(rec_id) +
+                      (attempt <= draws ? " at random" : " after the last draw"));
+            }
             Load_AmTemps();
             s_.Fall_Used = -1;
             ++s_.Fall_Count;
@@ -202,17 +226,20 @@ void Selection::fallback() {
     s_.Sel_State = 4;
 }
 
-// The draws reach positions 1 to the last; when none of those rows may be
-// taken the draws would never end, so the run stops before the first.
-bool Selection::fallback_has_row() {
-    Data3.Refresh();
+// The position of the first row the fallback may take from `start` on, round
+// past the last row to row 1, with the row set left on it; 0 when there is
+// none. Like the draws, it never reaches row 0.
+long Selection::fallback_row_from(long start) {
     Recordset& rows = Data3.Recordset();
-    if (rows.RecordCount() < 2) return false;
-    rows.MoveFirst();
-    for (rows.MoveNext(); !rows.IsEOF(); rows.MoveNext()) {
-        if (Left(field(rows, rec::LongTitle).text(), 2) != "CD") return true;
+    const long last = rows.RecordCount() - 1;
+    const long from = std::max(start, 1L);
+    for (long i = 0; i < last; ++i) {
+        const long position = (from - 1 + i) % last + 1;
+        rows.MoveFirst();
+        rows.Move(position);
+        if (fallback_may_take(rows)) return position;
     }
-    return false;
+    return 0;
 }
 
 void Selection::cd_fallback() {

@@ -71,7 +71,7 @@ class Selection {
     void sweep();
     void step_state();
     void fallback();
-    bool fallback_has_row();
+    long fallback_row_from(long start);
     void cd_fallback();
     void go_to(long position);
     void write_done();

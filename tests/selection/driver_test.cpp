@@ -14,6 +14,17 @@ class DriverTest : public SelectionTest {
     // Moves the clock on, so a row just played is past a zero minimum time.
     void later() { fake.clock.Advance(1000); }
 
+    void add_cd_tracks(int count) {
+        Transaction batch = library->transaction();
+        Recordset table = OpenRecordset(library, "Recordings1");
+        for (int i = 0; i < count; ++i) {
+            table.AddNew();
+            table.SetField("Long title", Value("CD Media - Track " + std::to_string(i)));
+            ASSERT_TRUE(table.Update()) << table.error();
+        }
+        ASSERT_TRUE(batch.commit());
+    }
+
     std::vector<PickReport> picks;
 };
 
@@ -113,7 +124,7 @@ TEST_F(DriverTest, FallbackTakesAnyRowButRowZeroAndCountsIt) {
     EXPECT_EQ(station.Slot_Ready[3], 1);
 }
 
-TEST_F(DriverTest, LibraryOfCdTracksOnlyStarvesInsteadOfSpinning) {
+TEST_F(DriverTest, FallbackNeverTakesACdTrackAndFindsALoneRowInBoundedDraws) {
     pick();
     EXPECT_EQ(station.Sel_Starved, 1);  // empty library
     const long cd = add({{"Long title", Value("CD Media - Disc")}});
@@ -127,6 +138,21 @@ TEST_F(DriverTest, LibraryOfCdTracksOnlyStarvesInsteadOfSpinning) {
     EXPECT_EQ(main.Panel(7).Text, "");
     ASSERT_EQ(picks.size(), 2u);
     EXPECT_EQ(picks[1].way, PickReport::Way::Starved);
+
+    // One row that may be taken, at position 1000 of 2000: the fixed
+    // sequence of draws would need 485 tries or more to land on it.
+    add_cd_tracks(998);
+    const long only = add({{"Schedule Select", Value(0)}});
+    add_cd_tracks(999);
+    Random before = fake.random;
+    EXPECT_EQ(pick(), only);
+    EXPECT_EQ(station.Sel_Starved, 0);
+    EXPECT_EQ(picks.back().way, PickReport::Way::Fallback);
+    const double following = fake.random.next();
+    int drawn = 0;
+    while (before.next() != following && drawn <= 2000)
+        ++drawn;
+    EXPECT_LE(drawn, 2 * 300 + 10) << "two draws a try, at most 300 tries";
 }
 
 TEST_F(DriverTest, SeventhPlayerTakesNoPromoNoShortClipAndNoFade) {
