@@ -76,6 +76,8 @@ void Playback::Break_Click() {
         }
         s_.Pause_At = 0;
         s_.SM_State = 0;
+        // A station manager's break ended early by hand lets requests go too.
+        if (s_.Live_Mode == 2) s_.Req_Hold = 0;
         s_.Live_Mode = 0;
         const double now = services_.clock.Now();
         s_.Break_Date = DateValueOf(now);
@@ -94,6 +96,7 @@ void Playback::break_clock() {
     const double time = TimeValueOf(now);
     if (s_.Live_Mode == 1 && time > s_.Break_Start && s_.SM_State > 0) {
         s_.Live_Mode = 2;
+        s_.Req_Hold = 1;  // no request plays while the presenter is live
         if (s_.Brk_Skip) Skip_One();
         if (request.break_button && request.break_button->Caption == "Break") Break_Click();
         const bool cd_shown = station_port.cd_shown && station_port.cd_shown();
@@ -107,6 +110,7 @@ void Playback::break_clock() {
     if (s_.Live_Mode == 2 && time > s_.Break_End + kSecond && s_.SM_State > 0 &&
         DateValueOf(now) >= s_.Break_Date) {
         s_.Live_Mode = 3;
+        s_.Req_Hold = 0;
         if (request.flash) request.flash(false);
         if (request.break_button && request.break_button->Caption == "Resume") Break_Click();
     }

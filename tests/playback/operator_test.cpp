@@ -29,6 +29,7 @@ TEST_F(Operator, TheStationManagersBreakHoldsTheSetUntilItsEnd) {
     station.Brk_BPSongs = 3;
     wait(11);
     EXPECT_EQ(station.Live_Mode, 2);
+    EXPECT_EQ(station.Req_Hold, 1) << "requests wait out the break";
     EXPECT_EQ(break_button.Caption, "Resume");
     EXPECT_EQ(station.Pause_At, 2);
     EXPECT_TRUE(station.BP_On);
@@ -43,6 +44,7 @@ TEST_F(Operator, TheStationManagersBreakHoldsTheSetUntilItsEnd) {
     EXPECT_NEAR(now() - air.starts(1)[0], 300, 3);
     EXPECT_EQ(break_button.Caption, "Break");
     EXPECT_EQ(station.Live_Mode, 0);
+    EXPECT_EQ(station.Req_Hold, 0);
     wait(1);
     EXPECT_EQ(station.Ply_Now, 2) << "the transport takes the restarted slot on";
 }
