@@ -2,8 +2,9 @@
 
 namespace tavora {
 
-EnginePlayer::EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post post)
-    : player_(std::move(player)), post_(std::move(post)) {
+EnginePlayer::EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post post,
+                           audio::Engine* offline)
+    : player_(std::move(player)), post_(std::move(post)), offline_(offline) {
     player_->PlayStateChange = [this](int old_state, int new_state) {
         raise_state(old_state, new_state);
     };
@@ -22,6 +23,7 @@ EnginePlayer::~EnginePlayer() {
 void EnginePlayer::Open(const std::string& path) {
     failed_ = false;
     player_->Open(path);
+    if (offline_) offline_->settle();
 }
 
 int EnginePlayer::PlayState() const {
@@ -44,7 +46,8 @@ PlayerFactory engine_players(audio::Engine& engine, audio::Post post) {
     return [&engine, post](int) -> std::unique_ptr<MediaPlayer> {
         auto player = engine.add_player();
         if (!player) return nullptr;
-        return std::make_unique<EnginePlayer>(std::move(player), post);
+        audio::Engine* offline = engine.output() == audio::OutputKind::Offline ? &engine : nullptr;
+        return std::make_unique<EnginePlayer>(std::move(player), post, offline);
     };
 }
 

@@ -12,7 +12,11 @@ namespace tavora {
 // once, so that the bank passes over it instead of waiting for it for ever.
 class EnginePlayer : public MediaPlayer {
   public:
-    EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post post);
+    // With `offline`, an open finishes before Open returns: in virtual time
+    // it takes no time, and the rules then see the same states on every run
+    // whatever the decoder threads' speed.
+    EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post post,
+                 audio::Engine* offline = nullptr);
     ~EnginePlayer() override;
     EnginePlayer(const EnginePlayer&) = delete;
     EnginePlayer& operator=(const EnginePlayer&) = delete;
@@ -40,6 +44,7 @@ class EnginePlayer : public MediaPlayer {
   private:
     std::shared_ptr<audio::Player> player_;
     audio::Post post_;
+    audio::Engine* offline_;
     bool failed_ = false;  // the latest open failed
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
