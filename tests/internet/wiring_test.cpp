@@ -34,7 +34,12 @@ TEST_F(Menus, EntriesReachTheirWindows) {
               "and 1am each day if the Tavora is running");
 
     main.click("Stn_Mgr");
-    EXPECT_EQ(fake.launcher.started.size(), 1u);
+    ASSERT_EQ(fake.launcher.started.size(), 1u);
+    EXPECT_EQ(fake.launcher.started[0], "\"" + (fake.home() / "tqxst.exe").string() + "\"");
+    fake.launcher.succeed = false;
+    main.click("Stn_Mgr");
+    EXPECT_EQ(fake.dialogs.shown().back().request.text,
+              "Tavora Station Manager Not Found! Please Got to our web site and install.");
 }
 
 }  // namespace

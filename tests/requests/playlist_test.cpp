@@ -82,36 +82,24 @@ TEST_F(PlaylistTest, ManualListIsBuiltByPressesSavedAndEditedAgain) {
     EXPECT_EQ(members(list), (std::vector<Member>{{double(a), 2}, {double(c), 1}}));
 }
 
-// The daily run at 00:45 on a given day of March 2026.
+// The daily run at 00:45 on 4 March 2026.
 class DailyRun : public PlaylistTest {
   protected:
-    explicit DailyRun(int day) : PlaylistTest(DateSerial(2026, 3, day) + TimeSerial(0, 45, 0)) {}
-    void run() {
-        for (int place : {30, 50, 75, 80})
-            ids.push_back(add("Requested " + std::to_string(place), {{"AM40", Value(place)}}));
-        add("Spot", {{"AM40", Value(10)}, {"Source", Value("Snipit")}});
-        add("Dancer", {{"D40", Value(4)}});
-        request->wiz_it = [this] { ++exports; };
-        request->Form_Load();
-        station.Auto_PL = 0;
-        station.Auto_PL_First = 0;
-        request->TimerMar_Timer();
-    }
+    DailyRun() : PlaylistTest(DateSerial(2026, 3, 4) + TimeSerial(0, 45, 0)) {}
+};
+
+TEST_F(DailyRun, TopRequestTakesPlacesUpTo75ThenUpTo30OnTheFifth) {
     std::vector<long long> ids;
+    for (int place : {30, 50, 75, 80})
+        ids.push_back(add("Requested " + std::to_string(place), {{"AM40", Value(place)}}));
+    add("Spot", {{"AM40", Value(10)}, {"Source", Value("Snipit")}});
+    add("Dancer", {{"D40", Value(4)}});
     int exports = 0;
-};
-
-class DailyRunDay4 : public DailyRun {
-  protected:
-    DailyRunDay4() : DailyRun(4) {}
-};
-class DailyRunDay5 : public DailyRun {
-  protected:
-    DailyRunDay5() : DailyRun(5) {}
-};
-
-TEST_F(DailyRunDay4, TopRequestTakesPlacesUpTo75AndBuildsAllFourLists) {
-    run();
+    request->wiz_it = [&exports] { ++exports; };
+    request->Form_Load();
+    station.Auto_PL = 0;
+    station.Auto_PL_First = 0;
+    request->TimerMar_Timer();
     EXPECT_EQ(exports, 1);
     EXPECT_EQ(station.Auto_PL, 1);
     EXPECT_EQ(station.PL_Build, 0);
@@ -135,16 +123,14 @@ TEST_F(DailyRunDay4, TopRequestTakesPlacesUpTo75AndBuildsAllFourLists) {
     EXPECT_EQ(members(marker("TopDance")).size(), 1u);
     EXPECT_EQ(request->Label16.Caption, "Sorted By TITLE Only");
 
-    // The next run finds the markers and rewrites the same rows.
+    // The next day's run finds the markers and rewrites their rows; on the
+    // fifth it takes places up to 30 only.
+    fake.clock.Advance(24 * 3'600'000LL);
     station.Auto_PL = 0;
     request->TimerMar_Timer();
+    EXPECT_EQ(exports, 2);
     EXPECT_EQ(marker("TopRequest"), top);
-    EXPECT_EQ(members(top).size(), 3u);
-}
-
-TEST_F(DailyRunDay5, TopRequestTakesPlacesUpTo30) {
-    run();
-    EXPECT_EQ(members(marker("TopRequest")), (std::vector<Member>{{double(ids[0]), 1030}}));
+    EXPECT_EQ(members(top), (std::vector<Member>{{double(ids[0]), 1030}}));
 }
 
 }  // namespace

@@ -34,12 +34,16 @@ TEST_F(RequestEntry, PlaylistMembersAndPriorityRequests) {
     EXPECT_EQ(field(hot, "Sel").number(), 51);
 }
 
-TEST_F(RequestEntry, HoldPaintsTheButtonAndPressesStillCount) {
+TEST_F(RequestEntry, HoldPaintsTheButtonAndTheMarqueeWhilePressesStillCount) {
     const long long id = add("Song");
     request->Form_Load();
+    request->TimerMar_Timer();  // the daily playlist run of the start-up, done before the hold
     request->click("Command8");
     EXPECT_EQ(station.Req_Hold, 1);
     EXPECT_EQ(request->Command8.BackColor, 65535);
+    request->TimerMar_Timer();
+    EXPECT_EQ(request->Label15.Caption, "A L L  R E Q U E S T S  A R E  O N  H O L D");
+    EXPECT_EQ(request->Label15.ForeColor, 65535);
     request->click("RB", 1);
     EXPECT_EQ(field(id, "Sel").number(), 1);
     request->click("Command8");
