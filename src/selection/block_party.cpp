@@ -9,14 +9,7 @@ namespace tavora {
 // the last five or the title was played lately.
 void Selection::Block_Party_Scan() {
     Recordset& rows = Data3.Recordset();
-    if (rows.IsEOF()) return;
-    if (s_.CD_Mode == 1 && s_.Cue_Slot == 15) {
-        if (field(rows, rec::Format) == Value(s_.CD_Id)) {
-            s_.CD_Pos = s_.Scan_Pos;
-            Filter_It();
-        }
-        return;
-    }
+    if (rows.IsEOF() || offer_cd_track()) return;
     s_.BP_Full = 0;
     // No block has begun: the rotation gives the song that begins one.
     if (s_.BP_Artist == "a") {

@@ -176,12 +176,7 @@ void Selection::Check_Lead() {
         s_.Lead_Pos = 9999;
         break;
     }
-    Data3.RecordSource = source;
-    Data3.Refresh();
-    if (rows.IsEOF() && rows.RecordCount() == 0) return;
-    rows.MoveLast();
-    rows.MoveFirst();
-    rows.Move(remembered);
+    return_to(source, remembered);
 }
 
 // Turns the members of a playlist into priority requests: Sel becomes
@@ -211,12 +206,17 @@ void Selection::Load_Playlist() {
         rows.SetField(rec::Sel, Value(field(links, 6).number() + 1000));
         rows.Update();
     }
+    return_to(source, remembered);
+}
+
+void Selection::return_to(const std::string& source, long position) {
     Data3.RecordSource = source;
     Data3.Refresh();
+    Recordset& rows = Data3.Recordset();
     if (rows.IsEOF() && rows.RecordCount() == 0) return;
     rows.MoveLast();
     rows.MoveFirst();
-    rows.Move(remembered);
+    rows.Move(position);
 }
 
 }  // namespace tavora

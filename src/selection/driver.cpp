@@ -209,18 +209,12 @@ void Selection::fallback() {
             s_.Scan_Pos = static_cast<int>(fallback_row_from(s_.Scan_Pos));
         }
         if (fallback_may_take(rows)) {
-            const long rec_id = static_cast<long>(field(rows, rec::RecID).number());
             if (hooks.trace) {
-                trace("fallback: row " + std::to_string(rec_id) +
+                trace("fallback: row " + field(rows, rec::RecID).text() +
                       (attempt <= draws ? " at random" : " after the last draw"));
             }
-            Load_AmTemps();
-            s_.Fall_Used = -1;
-            ++s_.Fall_Count;
-            main_.Count(7);
-            s_.Sel_Found = 1;
+            take_fallback(PickReport::Way::Fallback);
             s_.Sel_State = 5;
-            report(PickReport::Way::Fallback, rec_id);
         }
     }
     s_.Sel_State = 4;
@@ -249,13 +243,17 @@ void Selection::cd_fallback() {
     Data3.Refresh();
     rows.Move(s_.CD_Pos);
     if (hooks.trace) trace("CD fallback: the disc's row at " + std::to_string(s_.CD_Pos));
-    const long rec_id = static_cast<long>(field(rows, rec::RecID).number());
+    take_fallback(PickReport::Way::CdFallback);
+}
+
+void Selection::take_fallback(PickReport::Way way) {
+    const long rec_id = static_cast<long>(field(Data3.Recordset(), rec::RecID).number());
     Load_AmTemps();
     s_.Fall_Used = -1;
     ++s_.Fall_Count;
     main_.Count(7);
     s_.Sel_Found = 1;
-    report(PickReport::Way::CdFallback, rec_id);
+    report(way, rec_id);
 }
 
 void Selection::report(PickReport::Way way, long rec_id) {

@@ -6,6 +6,7 @@
 #include "runtime/strings.h"
 #include "selection/fields.h"
 #include "selection/selection.h"
+#include "selection/time_window.h"
 
 namespace tavora {
 
@@ -19,29 +20,22 @@ Value since(double now, const Value& then) {
 
 const Value kFalse = Value::boolean(false);
 
-// A window from start to end, strict at both instants; start after end runs
-// across midnight, start equal to end all day.
-bool in_window(const Value& start, const Value& end, const Value& t) {
-    if (end > start && t > start && t < end) return true;
-    if (start > end && (t < end || t > start)) return true;
-    return start == end;
-}
-
 }  // namespace
+
+bool Selection::offer_cd_track() {
+    if (s_.CD_Mode != 1 || s_.Cue_Slot != 15) return false;
+    if (field(Data3.Recordset(), rec::Format) == Value(s_.CD_Id)) {
+        s_.CD_Pos = s_.Scan_Pos;
+        Filter_It();
+    } else {
+        trace_row("not a track of the disc in the drive");
+    }
+    return true;
+}
 
 void Selection::ApplyRules() {
     Recordset& rows = Data3.Recordset();
-    if (rows.IsEOF()) return;
-    // In CD mode only the tracks of the disc in the drive are offered.
-    if (s_.CD_Mode == 1 && s_.Cue_Slot == 15) {
-        if (field(rows, rec::Format) == Value(s_.CD_Id)) {
-            s_.CD_Pos = s_.Scan_Pos;
-            Filter_It();
-        } else {
-            trace_row("not a track of the disc in the drive");
-        }
-        return;
-    }
+    if (rows.IsEOF() || offer_cd_track()) return;
     const bool special = !field(rows, rec::Source).is_null();
     if (s_.Cue_Slot != 14 && !special) {
         Filter_It();

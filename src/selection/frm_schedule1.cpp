@@ -6,6 +6,7 @@
 #include "runtime/date_text.h"
 #include "runtime/dates.h"
 #include "selection/fields.h"
+#include "selection/time_window.h"
 #include "selection/type_lookup.h"
 
 namespace tavora {
@@ -20,14 +21,6 @@ double count_of(Recordset& weights) {
 }
 double weight_of(Recordset& weights) {
     return field(weights, weight::ValidFiles).number();
-}
-
-// Strict at both instants; start after end runs across midnight, start equal
-// to end all day.
-bool in_times(const Value& start, const Value& end, const Value& t) {
-    if (end > start && t > start && t < end) return true;
-    if (start > end && (t > start || t < end)) return true;
-    return start == end;
 }
 
 }  // namespace
@@ -148,7 +141,7 @@ void frmSchedule1::judge_entry(bool weights_on, Recordset& entry) {
         if (s_.Sched_Hit == 1) {
             const Value t(TimeValueOf(now) + s_.Look_Sched);
             s_.Sched_Hit =
-                in_times(field(entry, sched::STime), field(entry, sched::ETime), t) ? 1 : 0;
+                in_window(field(entry, sched::STime), field(entry, sched::ETime), t) ? 1 : 0;
         }
         if (s_.Sched_Hit == 1) {
             const int weekday = Weekday(s_.Clock_Sched);

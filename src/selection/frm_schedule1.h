@@ -46,7 +46,6 @@ class frmSchedule1 : public Form {
 
   private:
     bool active(const std::string& category) const;
-    bool has_weight(const std::string& category, bool strict);
     void reset_weights();
     void judge_entry(bool weights_on, class Recordset& entry);
     void activate(const std::string& category, bool weights_on);

@@ -73,10 +73,16 @@ class Selection {
     void fallback();
     long fallback_row_from(long start);
     void cd_fallback();
+    // Commits the row the fallback stands on, counted in panel 7 and told
+    // to the schedule check through Fall_Used.
+    void take_fallback(PickReport::Way way);
     void go_to(long position);
     void write_done();
 
     // Filter steps.
+    // In CD mode only the tracks of the disc in the drive are offered; true
+    // when the current row was dealt with so.
+    bool offer_cd_track();
     const char* screen_row();
     const char* judge_row();
     const char* limit(int count_field, int max_field, int reset_field, const char* unit,
@@ -86,6 +92,8 @@ class Selection {
     void accept();
     void count_categories();
     void load_lead(int slot);
+    // Puts Data3 back on the query and row a commit step found it on.
+    void return_to(const std::string& source, long position);
 
     std::string active_database() const;
     void caption(const std::string& text) { loading_.Label1.Caption = text; }
