@@ -1,5 +1,6 @@
 #include "runtime/convert.h"
 #include "runtime/random.h"
+#include "selection/query_screen.h"
 #include "selection_fixture.h"
 
 namespace tavora {
@@ -153,6 +154,52 @@ TEST_F(DriverTest, FallbackNeverTakesACdTrackAndFindsALoneRowInBoundedDraws) {
     while (before.next() != following && drawn <= 2000)
         ++drawn;
     EXPECT_LE(drawn, 2 * 300 + 10) << "two draws a try, at most 300 tries";
+}
+
+TEST_F(DriverTest, DueHotListPlaysAChartedSongOnceAndRewindsTheCountdown) {
+    add();
+    const long charted = add({{"T40", Value(3)}});
+    add();
+    station.Power_On = 1;
+    station.Power_Every = 4;
+    station.Power_Ctr = 0;
+    EXPECT_EQ(pick(), charted);
+    EXPECT_EQ(picks.back().record_source, "HotList");
+    EXPECT_EQ(station.Power_Ctr, 4);
+    EXPECT_EQ(main.Panel(6).Text, "1");
+
+    later();
+    EXPECT_NE(pick(), charted);
+    EXPECT_EQ(picks.back().record_source, "NormSel");
+    EXPECT_EQ(station.Power_Ctr, 3);
+    EXPECT_EQ(loading.Label1.Caption, "Count = 3");
+
+    // Due again, but the one charted song is within its minimum time: the
+    // hot list is tried once and the rotation, not the fallback, answers.
+    station.Power_Ctr = 0;
+    later();
+    EXPECT_NE(pick(), charted);
+    EXPECT_EQ(picks.back().way, PickReport::Way::Rules);
+    EXPECT_EQ(picks.back().record_source, "NormSel");
+}
+
+TEST_F(DriverTest, EditorSortThatIsEmptyFallsBackToTitleSort) {
+    add({{"Title", Value("Zebra")}});
+    const long charted = add({{"Title", Value("Apple")}, {"T40", Value(1)}});
+    DataControl data1{pool};
+    Form editor("frmEdit");
+    data1.Tag = "Charts";
+    GetQryScrn(data1, library, editor);
+    EXPECT_EQ(data1.Tag, "Charts");
+    EXPECT_EQ(data1.Recordset().RecordCount(), 1);
+    EXPECT_EQ(data1.Recordset().Fields("RecID").number(), charted);
+
+    set(charted, "T40", Value(0));
+    GetQryScrn(data1, library, editor);
+    EXPECT_EQ(data1.Tag, "Title Sort");
+    ASSERT_EQ(data1.Recordset().RecordCount(), 2);
+    EXPECT_EQ(data1.Recordset().Fields("Title").text(), "Apple");
+    EXPECT_EQ(editor.MousePointer, 0);
 }
 
 TEST_F(DriverTest, SeventhPlayerTakesNoPromoNoShortClipAndNoFade) {
