@@ -2,13 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <mutex>
+#include <unordered_map>
 
 #include "audio/decoder.h"
 #include "audio/format.h"
 
 namespace tavora {
 
-double media_length(const std::string& native_path, std::string& error) {
+namespace {
+
+double measure(const std::string& native_path, std::string& error) {
     audio::Decoder decoder;
     const audio::OpenResult opened = decoder.open(native_path);
     if (opened.status != audio::OpenStatus::Succeeded) {
@@ -16,6 +21,48 @@ double media_length(const std::string& native_path, std::string& error) {
         return -1;
     }
     return audio::seconds_of_frames(decoder.length());
+}
+
+// A song plays many times a day and its length only changes with the file,
+// so each version of a file, told by its size and time, is measured once
+// per process.
+class LengthCache {
+  public:
+    double length(const std::string& native_path, std::string& error) {
+        std::error_code ec;
+        const std::uintmax_t size = std::filesystem::file_size(native_path, ec);
+        std::filesystem::file_time_type written;
+        if (!ec) written = std::filesystem::last_write_time(native_path, ec);
+        if (ec) return measure(native_path, error);  // a URL, or a file that isn't there
+
+        const std::lock_guard lock(mutex_);
+        Entry& entry = known_[native_path];
+        if (!entry.measured || entry.size != size || entry.written != written) {
+            entry = Entry{true, size, written, 0, {}};
+            entry.seconds = measure(native_path, entry.error);
+        }
+        if (entry.seconds < 0) error = entry.error;
+        return entry.seconds;
+    }
+
+  private:
+    struct Entry {
+        bool measured = false;
+        std::uintmax_t size = 0;
+        std::filesystem::file_time_type written;
+        double seconds = 0;
+        std::string error;
+    };
+
+    std::mutex mutex_;
+    std::unordered_map<std::string, Entry> known_;
+};
+
+}  // namespace
+
+double media_length(const std::string& native_path, std::string& error) {
+    static LengthCache cache;
+    return cache.length(native_path, error);
 }
 
 ProbePlayer::ProbePlayer(const Clock& clock, EventLoop& loop) : clock_(clock), loop_(loop) {

@@ -68,6 +68,7 @@ PlayerFactory probe_players(const Clock& clock, EventLoop& loop);
 
 // The length of a media file in seconds, as the engine would decode it; a
 // negative number when the file can't be opened, with the reason in `error`.
+// A file is measured again only once its size or time changed.
 double media_length(const std::string& native_path, std::string& error);
 
 }  // namespace tavora

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <vector>
 
 #include "bank_fixture.h"
@@ -74,6 +75,25 @@ TEST_F(PlayerTest, ShorteningTheSelectionWhilePlayingMovesTheEnd) {
     fake.loop.run_for(10'001);
     EXPECT_EQ(player.PlayState(), MediaPlayer::kStopped);
     EXPECT_NEAR(player.CurrentPosition(), 13, 1e-6);
+}
+
+TEST_F(PlayerTest, ProbeMeasuresAFileAgainOnceItChanged) {
+    const std::filesystem::path path = fake.folder.Write("changing.mp3", "");
+    const auto copy = [&](const char* name) {
+        std::filesystem::copy_file(song(name), path,
+                                   std::filesystem::copy_options::overwrite_existing);
+    };
+    ProbePlayer player(fake.clock, fake.loop);
+    copy("song150.mp3");
+    player.Open(path.string());
+    EXPECT_NEAR(player.Duration(), 150, 0.1);
+    copy("spot20.mp3");
+    player.Open(path.string());
+    EXPECT_NEAR(player.Duration(), 20, 0.1);
+    std::filesystem::remove(path);
+    player.Open(path.string());
+    EXPECT_EQ(player.ReadyState(), 0);
+    EXPECT_FALSE(player.ErrorDescription().empty());
 }
 
 // A player that can't open its file passes it over: it reads as stopped and,
