@@ -46,7 +46,7 @@ void frmSchedule1::rewrite_schedule_select() {
     update.bind_int64(categories + 1, s_.All_Charts == 1 ? 1 : 0);
     Transaction batch = file->transaction();
     if (update.step() == Statement::Step::Done && file->connection().changes() > 0)
-        file->note_write();
+        file->note_write({"Schedule Select"});
     batch.commit();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "store/library.h"
@@ -22,7 +23,8 @@ class DataControl {
 
     // Opens the database and source when either was changed, else runs the
     // source again if the library changed since; then goes to the first
-    // row. On failure the recordset is empty and error() says why.
+    // row. On failure the recordset is empty and error() says why. A source
+    // taken up again is only run again if a write since could change it.
     bool Refresh();
     tavora::Recordset& Recordset() { return recordset_; }
     // Puts a recordset opened elsewhere behind the control.
@@ -38,6 +40,8 @@ class DataControl {
     LibraryPool& pool_;
     FileKind kind_;
     tavora::Recordset recordset_;
+    // The other sources of the open database, as they were left.
+    std::map<std::string, tavora::Recordset, std::less<>> parked_;
     std::string open_database_;
     std::string error_;
 };

@@ -1,5 +1,6 @@
 #include "store/library.h"
 
+#include <algorithm>
 #include <set>
 #include <system_error>
 
@@ -92,17 +93,17 @@ std::uint64_t Library::generation() {
     const auto now = std::chrono::steady_clock::now();
     if (now - last_outside_check_ >= outside_interval_) {
         last_outside_check_ = now;
-        check_outside();
+        look_outside();
     }
     return generation_;
 }
 
-void Library::check_outside() {
+void Library::look_outside() {
     if (data_version_query_.step() == Statement::Step::Row) {
         const long long version = data_version_query_.column_int64(0);
         if (version != data_version_) {
             data_version_ = version;
-            ++generation_;
+            note_write();
             // Another program may have rewritten the stored query texts.
             forget_plans();
         }
@@ -111,7 +112,24 @@ void Library::check_outside() {
 }
 
 void Library::note_write() {
+    everything_changed_at_ = ++generation_;
+}
+
+void Library::note_write(const std::vector<std::string>& columns) {
     ++generation_;
+    for (const std::string& column : columns)
+        column_changed_at_[column_key(column)] = generation_;
+}
+
+bool Library::changed_since(std::uint64_t generation, const QueryPlan& plan) {
+    const std::uint64_t now = this->generation();
+    if (now == generation) return false;
+    if (plan.reads.volatile_answer || everything_changed_at_ > generation) return true;
+    return std::any_of(plan.reads.columns.begin(), plan.reads.columns.end(),
+                       [&](const std::string& column) {
+                           const auto found = column_changed_at_.find(column);
+                           return found != column_changed_at_.end() && found->second > generation;
+                       });
 }
 
 Transaction Library::transaction() {
@@ -148,18 +166,19 @@ std::shared_ptr<QueryPlan> Library::plan(std::string_view record_source, std::st
     if (sql) {
         JetTranslation translation = translate_jet_sql(*sql);
         if (translation.table.empty()) {
-            plan->run = connection_.prepare(translation.sql);
+            plan->run = prepare_noting_reads(connection_, translation.sql, plan->reads);
             fill_columns(*plan, plan->run);
         } else {
             plan->table = unbracket(translation.table);
-            plan->run = connection_.prepare(translation.rowid_sql);
+            plan->run = prepare_noting_reads(connection_, translation.rowid_sql, plan->reads);
         }
     } else if (table_exists(Trim(record_source))) {
         plan->table = Trim(record_source);
         // In the order rows were added, even where an index could give the
         // keys faster in another order.
-        plan->run = connection_.prepare("SELECT rowid FROM " + quote_identifier(plan->table) +
-                                        " ORDER BY rowid");
+        plan->run = prepare_noting_reads(
+            connection_, "SELECT rowid FROM " + quote_identifier(plan->table) + " ORDER BY rowid",
+            plan->reads);
     } else {
         error = "Can't find the table or query '" + std::string(record_source) + "'";
         return nullptr;

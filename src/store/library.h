@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "store/connection.h"
+#include "store/query_reads.h"
 #include "store/schema.h"
 #include "store/transaction.h"
 
@@ -26,8 +27,13 @@ struct QueryPlan {
     // By the set of fields they read: the row key and those fields, for
     // the keys between two bounds.
     std::map<std::uint64_t, Statement> fetches;
+    // The fields any walk of this source asked for so far: a block is read
+    // with all of them, so the next walk finds its fields in one read.
+    std::uint64_t wanted = 0;
     std::vector<std::string> names;
     std::vector<ColumnType> types;
+    // What the run reads, so that a write elsewhere needn't run it again.
+    QueryReads reads;
 };
 
 // One open library or settings file, shared by every data control and
@@ -56,7 +62,16 @@ class Library {
     std::uint64_t generation();
     // The generation as last seen, without looking for outside writes.
     std::uint64_t known_generation() const { return generation_; }
+    // A write whose reach isn't known: every query may answer otherwise.
     void note_write();
+    // A write of these columns of rows that were there and stay.
+    void note_write(const std::vector<std::string>& columns);
+    // Whether the plan, run at `generation`, might give other rows now: a
+    // write it can't see into (an unknown one, one by another program) or
+    // one of a column it reads says yes.
+    bool changed_since(std::uint64_t generation, const QueryPlan& plan);
+    // Looks for writes by other connections now, whatever the interval.
+    void look_outside();
     void set_outside_check_interval(std::chrono::milliseconds interval) {
         outside_interval_ = interval;
     }
@@ -68,8 +83,12 @@ class Library {
     // Resolves a stored query name, a table name or SQL text. Null with an
     // error when it names nothing or the text doesn't prepare.
     std::shared_ptr<QueryPlan> plan(std::string_view record_source, std::string& error);
-    // Drops the prepared plans, after the stored query texts were rewritten.
-    void forget_plans() { plans_.clear(); }
+    // Drops the prepared plans, after the stored query texts were rewritten;
+    // every recordset runs its source again.
+    void forget_plans() {
+        plans_.clear();
+        note_write();
+    }
 
     std::optional<std::string> stored_query_text(std::string_view name);
 
@@ -89,12 +108,13 @@ class Library {
 
   private:
     Library(std::filesystem::path path, Connection connection);
-    void check_outside();
     bool table_exists(std::string_view name);
 
     std::filesystem::path path_;
     Connection connection_;
     std::uint64_t generation_ = 1;
+    std::uint64_t everything_changed_at_ = 1;
+    std::map<std::string, std::uint64_t, std::less<>> column_changed_at_;
     std::chrono::milliseconds outside_interval_{100};
     std::chrono::steady_clock::time_point last_outside_check_;
     long long data_version_ = 0;

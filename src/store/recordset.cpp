@@ -47,7 +47,7 @@ bool Recordset::Requery() {
 bool Recordset::Refresh() {
     CancelUpdate();
     if (library_ == nullptr) return fail("No database is open");
-    if (plan_ != nullptr && library_->generation() == run_generation_) {
+    if (plan_ != nullptr && !library_->changed_since(run_generation_, *plan_)) {
         MoveFirst();
         return true;
     }
@@ -173,9 +173,14 @@ const Value& Recordset::Fields(std::string_view name) {
     return Fields(field_index(name));
 }
 
-void Recordset::note_write(std::size_t index, const std::vector<Value>& row) {
+void Recordset::note_write(std::size_t index, const std::vector<Value>& row,
+                           const std::vector<std::string>& columns) {
     const std::uint64_t before = library_->known_generation();
-    library_->note_write();
+    if (columns.empty()) {
+        library_->note_write();
+    } else {
+        library_->note_write(columns);
+    }
     cache_.note_written(before, library_->known_generation(), index, row);
 }
 
@@ -233,14 +238,14 @@ bool Recordset::Update() {
 
 bool Recordset::write_edit() {
     std::string sql = "UPDATE " + quote_identifier(plan_->table) + " SET ";
-    bool any = false;
+    std::vector<std::string> written;
     for (std::size_t c = 0; c < dirty_.size(); ++c) {
         if (!dirty_[c]) continue;
-        if (any) sql += ", ";
+        if (!written.empty()) sql += ", ";
         sql += quote_identifier(plan_->names[c]) + " = ?";
-        any = true;
+        written.push_back(plan_->names[c]);
     }
-    if (!any) return true;
+    if (written.empty()) return true;
     sql += " WHERE rowid = ?";
     Connection& connection = library_->connection();
     Statement statement = connection.prepare(sql);
@@ -255,7 +260,7 @@ bool Recordset::write_edit() {
 
     // The values written are already in their stored form, so the cached
     // rows stay good: only the row written changes.
-    note_write(static_cast<std::size_t>(position_), pending_);
+    note_write(static_cast<std::size_t>(position_), pending_, written);
     last_modified_ = key;
     return true;
 }
@@ -281,7 +286,7 @@ bool Recordset::write_new() {
         if (dirty_[c]) statement.bind(parameter++, pending_[c]);
     }
     if (statement.step() != Statement::Step::Done) return fail(statement.error());
-    note_write(keys_.size(), {});
+    note_write(keys_.size(), {}, {});
     last_modified_ = connection.last_insert_rowid();
     keys_.push_back(last_modified_);
     return true;

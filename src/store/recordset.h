@@ -88,7 +88,9 @@ class Recordset {
     bool has_current() const;
     bool fail(std::string message);
     bool run();
-    void note_write(std::size_t index, const std::vector<Value>& row);
+    // No columns: a write of unknown reach, such as a new row.
+    void note_write(std::size_t index, const std::vector<Value>& row,
+                    const std::vector<std::string>& columns);
     bool write_edit();
     bool write_new();
 

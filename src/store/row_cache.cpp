@@ -62,12 +62,13 @@ const Value& RowCache::field(Library& library, QueryPlan& plan, const std::vecto
     const std::uint64_t generation = library.known_generation();
     Block* block = find(generation, index);
     if (block == nullptr || !has_field(block->mask, column)) {
-        wanted_ = plan.names.size() > 64 ? kAllFields : wanted_ | std::uint64_t{1} << column;
+        plan.wanted =
+            plan.names.size() > 64 ? kAllFields : plan.wanted | std::uint64_t{1} << column;
         if (block == nullptr) {
             block = &blocks_[next_];
             next_ = (next_ + 1) % blocks_.size();
         }
-        load(*block, library, plan, keys, index, wanted_);
+        load(*block, library, plan, keys, index, plan.wanted);
     }
     const int slot = block->slot[column];
     if (slot < 0) return null_value();

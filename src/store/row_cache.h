@@ -45,7 +45,6 @@ class RowCache {
 
     std::array<Block, 2> blocks_;
     std::size_t next_ = 0;
-    std::uint64_t wanted_ = 0;  // fields asked for so far
 };
 
 // The statement that reads the key and the fields of a mask for the keys
