@@ -197,10 +197,12 @@ void Playback::Duration_Fix() {
     Recordset& rows = library_rows();
     const int slot = s_.Ply_Now == 7 ? 14 : s_.Ply_Now;
     if (slot < 1 || slot >= kSlots) return;
-    rows.MoveLast();
-    rows.MoveFirst();
-    while (!rows.IsEOF() && rows.Fields("RecID").number() != s_.Slot_RecID[slot])
+    // The table's rows are keyed by RecID: the row is found without reading
+    // every row before it.
+    if (!rows.SetBookmark(Value(static_cast<double>(s_.Slot_RecID[slot])))) {
+        rows.MoveLast();
         rows.MoveNext();
+    }
     // Player 14 doesn't exist: the seventh song's length is never written.
     if (!rows.IsEOF() && slot != 14) {
         MediaPlayer& player = Players(slot);
