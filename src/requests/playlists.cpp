@@ -225,6 +225,26 @@ void Request::PL_Save() {
     Station& s = station_;
     MousePointer = 11;
     DataPL.Refresh();
+    // One commit for the list's rows and the requests it clears, instead of
+    // one synchronous write per row.
+    if (const std::shared_ptr<Library> library = DataPL.Recordset().library()) {
+        Transaction batch = library->transaction();
+        save_list_rows();
+        batch.commit();
+    } else {
+        save_list_rows();
+    }
+    PL_Done();
+    MousePointer = 0;
+    if (s.Auto_PL < 2) {
+        services_.dialogs.MsgBox(
+            "Thankyou! Your List Is Saved! You Can Edit its' Play schedule and frequency in the "
+            "Program director");
+    }
+}
+
+void Request::save_list_rows() {
+    Station& s = station_;
     Recordset& members = DataPL.Recordset();
     for (members.MoveFirst(); !members.IsEOF(); members.MoveNext()) {
         if (members.Fields(2) == Value(PL_Id)) members.Delete();
@@ -255,13 +275,6 @@ void Request::PL_Save() {
                 r.Update();
             }
         }
-    }
-    PL_Done();
-    MousePointer = 0;
-    if (s.Auto_PL < 2) {
-        services_.dialogs.MsgBox(
-            "Thankyou! Your List Is Saved! You Can Edit its' Play schedule and frequency in the "
-            "Program director");
     }
 }
 

@@ -161,6 +161,7 @@ class Request : public Form {
     void PL_Scan();
     void PL_Edit();
     void PL_Save();
+    void save_list_rows();  // PL_Save's writes: the list's rows, the requests cleared
     void PL_Done();
     void Auto_Playlists();
     void write_status_files();
