@@ -4,6 +4,8 @@
 #include <random>
 #include <vector>
 
+#include "core/settings/session_file.h"
+#include "core/station.h"
 #include "platform/path_map.h"
 #include "runtime/dates.h"
 #include "station/demo_media.h"
@@ -150,6 +152,17 @@ bool add_row(Recordset& table, const DemoRow& row, const PathMap& paths, double 
     return table.Update();
 }
 
+// A demo shows the play log: its first session file has logging on, as an
+// operator would set it. An existing session file is the operator's.
+void keep_a_play_log(const std::filesystem::path& home) {
+    const auto file = home / "qxbp.ini";
+    if (std::filesystem::exists(file)) return;
+    Station defaults;
+    defaults.Snip_Max = 3;
+    defaults.Log_Due = 0;
+    BP_Ini(defaults, file);
+}
+
 // The copy of every column of a song, with the title and artist made its own
 // by the copy's number `n.i`.
 std::string copy_song_sql(Library& library) {
@@ -230,6 +243,7 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
         batch.commit();
     }
     report.error = switch_on_demo_settings(home);
+    if (report.error.empty()) keep_a_play_log(home);
     report.made = report.error.empty();
     report.rows = rows.size();
     say("The demo library holds " + std::to_string(rows.size()) + " recordings");

@@ -2,6 +2,8 @@
 
 #include <fstream>
 
+#include "core/settings/session_file.h"
+#include "core/station.h"
 #include "runtime/dates.h"
 #include "station/demo_library.h"
 #include "station/install.h"
@@ -88,6 +90,9 @@ TEST(DemoLibrary, FillsAnEmptyLibraryOnceWithPlayableRows) {
     auto settings = Library::open(home / "Setup.mdb", FileKind::Settings).library;
     Recordset setup = OpenRecordset(settings, "Setup");
     EXPECT_EQ(setup.Fields("Use Schedule").number(), -1);
+    Station session;
+    ASSERT_TRUE(Read_BP(session, home / "qxbp.ini"));
+    EXPECT_EQ(session.Log_Due, 0) << "the demo keeps a play log";
 
     const DemoReport again = make_demo_library(home, kNow, options);
     EXPECT_EQ(again.error, "");
