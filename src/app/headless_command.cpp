@@ -58,6 +58,8 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
     StationApp app(services, engine_players(engine, post));
     app.on_end = [&loop] { loop.quit(); };
+    // Each event line goes out as it happens, also into a pipe or a file.
+    std::cout.setf(std::ios::unitbuf);
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     log.listen_to(app.selection, false);
     log.count_silence_by_players();
