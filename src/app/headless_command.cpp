@@ -6,13 +6,13 @@
 
 #include "audio/engine.h"
 #include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/real_time_loop.h"
 #include "playback/engine_player.h"
 #include "runtime/random.h"
+#include "sim/event_dialogs.h"
 #include "sim/event_log.h"
 #include "station/station_app.h"
 
@@ -46,7 +46,9 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
 
     SystemClock clock;
     RealTimeLoop loop;
-    LoggingDialogs dialogs([](const std::string& line) { std::cerr << line << "\n"; });
+    // Each event line goes out as it happens, also into a pipe or a file.
+    std::cout.setf(std::ios::unitbuf);
+    EventDialogs dialogs(clock, std::cout);
     PathMap paths(home);
     SystemLauncher launcher;
     Random random;
@@ -58,8 +60,6 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
     StationApp app(services, engine_players(engine, post));
     app.on_end = [&loop] { loop.quit(); };
-    // Each event line goes out as it happens, also into a pipe or a file.
-    std::cout.setf(std::ios::unitbuf);
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     log.listen_to(app.selection, false);
     log.count_silence_by_players();

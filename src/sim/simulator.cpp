@@ -8,7 +8,6 @@
 #include "audio/format.h"
 
 #include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/virtual_scheduler.h"
@@ -17,6 +16,7 @@
 #include "playback/probe_player.h"
 #include "runtime/random.h"
 #include "runtime/text_file.h"
+#include "sim/event_dialogs.h"
 #include "sim/event_log.h"
 #include "sim/script.h"
 #include "station/station_app.h"
@@ -26,39 +26,6 @@ namespace tavora {
 namespace {
 
 constexpr double kMsPerDay = 86'400'000.0;
-
-std::string in_quotes(const std::string& text) {
-    return "\"" + text + "\"";
-}
-
-// Scripted answers, each dialog written as an event line.
-class SimulatorDialogs : public Dialogs {
-  public:
-    SimulatorDialogs(const Clock& clock, std::ostream& out) : clock_(clock), out_(out) {}
-
-    DialogReply Ask(const DialogRequest& request) override {
-        DialogReply reply = script_.Ask(request);
-        const std::string answer = request.kind == DialogKind::Message
-                                       ? std::string(AnswerName(reply.answer))
-                                       : in_quotes(reply.text);
-        out_ << "DIALOG " << event_time(clock_.Now()) << " " << in_quotes(request.title) << " "
-             << in_quotes(request.text) << " -> " << answer << "\n";
-        return reply;
-    }
-
-    void Queue(const std::string& answer) {
-        for (Answer button : {Answer::OK, Answer::Cancel, Answer::Abort, Answer::Retry,
-                              Answer::Ignore, Answer::Yes, Answer::No}) {
-            if (answer == AnswerName(button)) return script_.Queue(button);
-        }
-        script_.QueueText(answer);
-    }
-
-  private:
-    const Clock& clock_;
-    std::ostream& out_;
-    ScriptedDialogs script_;
-};
 
 bool put_line(const PathMap& paths, const ScriptAction& action) {
     const auto native = paths.ToNative(action.path);
@@ -93,7 +60,7 @@ std::string unknown_control(StationApp& app, const Script& script) {
 
 // False when the control refused the action: a missing handler, or a value
 // that doesn't fit it.
-bool run_action(StationApp& app, SimulatorDialogs& dialogs, const PathMap& paths,
+bool run_action(StationApp& app, EventDialogs& dialogs, const PathMap& paths,
                 const ScriptAction& action) {
     switch (action.kind) {
         case ScriptAction::Kind::Answer:
@@ -126,7 +93,7 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
 
     VirtualClock clock(options.start);
     VirtualScheduler loop(clock);
-    SimulatorDialogs dialogs(clock, out);
+    EventDialogs dialogs(clock, out);
     PathMap paths(options.home);
     RecordingLauncher launcher;
     Random random;

@@ -1,20 +1,22 @@
 #!/bin/sh
-# Installs a station, runs it headless to the null output, waits until it is
-# idle, sends SIGTERM and expects a clean exit with the END line, the session
-# file written and the library's backup made.
+# Installs a station with auto start on and an empty library, runs it
+# headless to the null output, waits for the Run's refusal as a DIALOG line,
+# sends SIGTERM and expects a clean exit with the END line, the session file
+# written and the library's backup made.
 set -eu
 tavora=$1
 dir=$(mktemp -d)
 trap 'rm -rf "$dir"' EXIT
 
 "$tavora" --install --home "$dir/station" >/dev/null
+sqlite3 "$dir/station/Setup.mdb" "update Setup set [Use Schedule] = -1"
 "$tavora" --headless --home "$dir/station" --output null >"$dir/out" 2>"$dir/err" &
 pid=$!
 tries=0
-until grep -q "tavora: idle" "$dir/err"; do
+until grep -q '^DIALOG .* "NOT ENOUGH RECORDS!" .* -> OK$' "$dir/out"; do
     tries=$((tries + 1))
     if [ $tries -gt 300 ] || ! kill -0 $pid 2>/dev/null; then
-        echo "the station never reached idle:"; cat "$dir/err"; exit 1
+        echo "no dialog from the auto start:"; cat "$dir/err" "$dir/out"; exit 1
     fi
     sleep 0.1
 done
