@@ -2,21 +2,15 @@
 // letter jump to the end of the alphabet, a check of a 10,000-item request
 // file, and the web list export.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
 #include <string>
 
+#include "fake_services.h"
 #include "internet/mailfrm.h"
 #include "internet/web_list.h"
-#include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
-#include "platform/launcher.h"
-#include "platform/path_map.h"
-#include "platform/virtual_scheduler.h"
 #include "requests/request_form.h"
-#include "runtime/random.h"
 #include "runtime/text_file.h"
 #include "store/library_files.h"
 #include "store/recordset.h"
@@ -35,22 +29,16 @@ std::string title_of(int i) {
 // One station on a generated library, shared by the benchmarks of a run.
 class Bench {
   public:
-    Bench()
-        : home_(std::filesystem::temp_directory_path() /
-                ("tavora-requests-bench-" + std::to_string(::getpid()))),
-          clock_(kToday),
-          loop_(clock_),
-          paths_((std::filesystem::create_directories(home_), home_)),
-          services_{clock_, loop_, dialogs_, paths_, launcher_, random_} {
+    Bench() {
         generate();
         station.Act_Db = "c:\\tavora\\qx1.mdb";
         station.Run_Mode = 0;
-        request = std::make_unique<Request>(station, services_, pool_);
+        request = std::make_unique<Request>(station, fake_.services, pool_);
         request->Form_Load();
-        mail = std::make_unique<Mailfrm>(station, services_, pool_);
+        mail = std::make_unique<Mailfrm>(station, fake_.services, pool_);
         mail->Form_Load();
-        web = std::make_unique<WebList>(*request, station, services_);
-        TextWriter head(home_ / "web" / "tqxshdr.htm", TextWriter::Mode::Create);
+        web = std::make_unique<WebList>(*request, station, fake_.services);
+        TextWriter head(home() / "web" / "tqxshdr.htm", TextWriter::Mode::Create);
         head.write_line("<head>");
         head.close();
     }
@@ -58,11 +46,9 @@ class Bench {
         web.reset();
         mail.reset();
         request.reset();
-        std::error_code ignored;
-        std::filesystem::remove_all(home_, ignored);
     }
 
-    const std::filesystem::path& home() const { return home_; }
+    std::filesystem::path home() const { return fake_.home(); }
 
     Station station;
     std::unique_ptr<Request> request;
@@ -71,8 +57,8 @@ class Bench {
 
   private:
     void generate() {
-        std::filesystem::create_directories(home_ / "web");
-        const auto path = home_ / "qx1.mdb";
+        std::filesystem::create_directories(home() / "web");
+        const auto path = home() / "qx1.mdb";
         create_library_file(path, kToday);
         auto library = pool_.open(path, FileKind::Library).library;
         Transaction batch = library->transaction();
@@ -99,14 +85,7 @@ class Bench {
         batch.commit();
     }
 
-    std::filesystem::path home_;
-    VirtualClock clock_;
-    VirtualScheduler loop_;
-    ScriptedDialogs dialogs_;
-    PathMap paths_;
-    RecordingLauncher launcher_;
-    Random random_;
-    Services services_;
+    FakeServices fake_{kToday};
     LibraryPool pool_;
 };
 

@@ -1,6 +1,5 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <memory>
@@ -11,13 +10,8 @@
 #include "core/station.h"
 #include "core/windows/frm_loding.h"
 #include "core/windows/qx_main.h"
-#include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
-#include "platform/launcher.h"
-#include "platform/path_map.h"
-#include "platform/virtual_scheduler.h"
+#include "fake_services.h"
 #include "runtime/dates.h"
-#include "runtime/random.h"
 #include "selection/frm_schedule1.h"
 #include "selection/selection.h"
 #include "selection/type_lookup.h"
@@ -37,13 +31,13 @@ constexpr double kNow = 46092.0 + 14.0 / 24.0;
 // schedule entries running.
 class Bench {
   public:
-    explicit Bench(int rows) : clock_(kNow), loop_(clock_), paths_(make_folder()) {
-        const auto file = paths_.install_folder() / "qx1.mdb";
+    explicit Bench(int rows) {
+        const auto file = fake_.home() / "qx1.mdb";
         create_library_file(file, kNow);
-        create_settings_file(paths_.install_folder() / "Setup.mdb", kNow);
+        create_settings_file(fake_.home() / "Setup.mdb", kNow);
         library_ = pool_.open(file, FileKind::Library).library;
         fill(rows);
-        setup_.DatabaseName = (paths_.install_folder() / "Setup.mdb").string();
+        setup_.DatabaseName = (fake_.home() / "Setup.mdb").string();
         setup_.RecordSource = "Setup";
         setup_.Refresh();
         station.Act_Db = "c:\\tavora\\qx1.mdb";
@@ -54,16 +48,12 @@ class Bench {
         schedule.Form_Load();
         schedule.Check_Sched();
     }
-    ~Bench() {
-        library_.reset();
-        std::error_code ignored;
-        std::filesystem::remove_all(paths_.install_folder(), ignored);
-    }
+    ~Bench() { library_.reset(); }
 
     // One slot filled as the player side does it, four minutes after the last.
     void pick() {
-        clock_.Advance(4 * 60 * 1000);
-        station.Clock_Play = station.Clock_Sched = clock_.Now();
+        fake_.clock.Advance(4 * 60 * 1000);
+        station.Clock_Play = station.Clock_Sched = fake_.clock.Now();
         station.Cue_Slot = 1 + slot_++ % 6;
         selection.auto_run();
     }
@@ -75,12 +65,6 @@ class Bench {
     frmLoding loading;
 
   private:
-    static std::filesystem::path make_folder() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "tavora-bench-XXXXXX").string();
-        return mkdtemp(name.data());
-    }
-
     void fill(int rows) {
         static const char* kCategories[] = {"POP", "ROCK", "Dance", "AM", "Country", "Holiday"};
         std::mt19937 random(7);
@@ -149,22 +133,16 @@ class Bench {
         }
     }
 
-    VirtualClock clock_;
-    VirtualScheduler loop_;
-    ScriptedDialogs dialogs_;
-    PathMap paths_;
-    RecordingLauncher launcher_;
-    Random random_;
-    Services services_{clock_, loop_, dialogs_, paths_, launcher_, random_};
+    FakeServices fake_{kNow};
     LibraryPool pool_;
     std::shared_ptr<Library> library_;
     DataControl setup_{pool_, FileKind::Settings};
     int slot_ = 0;
 
   public:
-    frmTypeLookup types{station, services_, pool_};
-    Selection selection{station, services_, pool_, main, loading, types};
-    frmSchedule1 schedule{station, services_, pool_, main, types, setup_};
+    frmTypeLookup types{station, fake_.services, pool_};
+    Selection selection{station, fake_.services, pool_, main, loading, types};
+    frmSchedule1 schedule{station, fake_.services, pool_, main, types, setup_};
 };
 
 int count_statement(unsigned, void* count, void*, void*) {
