@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <fstream>
 #include <sstream>
 #include <vector>
+
+#include "test_folder.h"
 
 namespace tavora {
 namespace {
@@ -17,19 +17,7 @@ using Items = std::vector<std::string>;
 
 class TextFileTest : public ::testing::Test {
   protected:
-    void SetUp() override {
-        dir_ = fs::temp_directory_path() /
-               ("tavora_text_" + std::to_string(::getpid()) + "_" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::create_directories(dir_);
-    }
-    void TearDown() override { fs::remove_all(dir_); }
-
-    fs::path write_raw(const std::string& bytes) {
-        const fs::path path = dir_ / "in.txt";
-        std::ofstream(path, std::ios::binary) << bytes;
-        return path;
-    }
+    fs::path write_raw(const std::string& bytes) { return dir.Write("in.txt", bytes); }
     static std::string read_raw(const fs::path& path) {
         std::stringstream s;
         s << std::ifstream(path, std::ios::binary).rdbuf();
@@ -46,11 +34,11 @@ class TextFileTest : public ::testing::Test {
         return out;
     }
 
-    fs::path dir_;
+    TestFolder dir;
 };
 
 TEST_F(TextFileTest, WriterEndsLinesWithCrLfAndAppends) {
-    const fs::path path = dir_ / "out.ini";
+    const fs::path path = dir.path() / "out.ini";
     TextWriter w(path, TextWriter::Mode::Create);
     EXPECT_TRUE(w.write_line("0"));
     EXPECT_TRUE(w.write("a"));
@@ -66,12 +54,12 @@ TEST_F(TextFileTest, WriterEndsLinesWithCrLfAndAppends) {
     EXPECT_TRUE(TextWriter(path, TextWriter::Mode::Create).close());
     EXPECT_EQ(read_raw(path), "");
 
-    TextWriter nowhere(dir_ / "missing" / "out.txt", TextWriter::Mode::Append);
+    TextWriter nowhere(dir.path() / "missing" / "out.txt", TextWriter::Mode::Append);
     EXPECT_FALSE(nowhere.write_line("x"));
     EXPECT_FALSE(nowhere.close());
 }
 
-TEST_F(TextFileTest, LinesEndInCrLfLfOrCr) {
+TEST_F(TextFileTest, LinesAndItemsEndAtCrLfLfCrOrComma) {
     TextReader r(write_raw("one\r\ntwo\nthree\rfour\r\n\r\nlast"));
     Items lines;
     for (ReadResult line = r.read_line(); line.ok(); line = r.read_line()) {
@@ -79,21 +67,16 @@ TEST_F(TextFileTest, LinesEndInCrLfLfOrCr) {
     }
     EXPECT_EQ(lines, (Items{"one", "two", "three", "four", "", "last"}));
     EXPECT_EQ(r.read_line().status, Status::EndOfFile);
-}
-
-TEST_F(TextFileTest, ItemsEndAtCommasAndLineEnds) {
     EXPECT_EQ(items(write_raw("a,b\r\n  c  ,d e\nf\r\n")), (Items{"a", "b", "c", "d e", "f"}));
     // A blank line, and two commas in a row, each hold one empty item.
     EXPECT_EQ(items(write_raw("a\r\n\r\n\n   \r\nb,,c\r\n")),
               (Items{"a", "", "", "", "b", "", "c"}));
 }
 
-TEST_F(TextFileTest, QuotedItemsStayWhole) {
+TEST_F(TextFileTest, QuotedItemsStayWholeAndAShortFileEndsCleanly) {
     EXPECT_EQ(items(write_raw("\"Song, Part 2\",x\r\n\" padded \"junk,\"\"\r\n\"open")),
               (Items{"Song, Part 2", "x", " padded ", "", "open"}));
-}
 
-TEST_F(TextFileTest, ShortFileEndsWithEndOfFile) {
     // A file cut after two of its values, the last with no line end.
     TextReader r(write_raw("True\r\n#12:00:00 PM#"));
     EXPECT_EQ(r.read_item().text, "True");
@@ -107,13 +90,13 @@ TEST_F(TextFileTest, ShortFileEndsWithEndOfFile) {
 }
 
 TEST_F(TextFileTest, MissingOrUnreadableFileFailsNotEnds) {
-    TextReader missing(dir_ / "nothing.ini");
+    TextReader missing(dir.path() / "nothing.ini");
     EXPECT_FALSE(missing.is_open());
     EXPECT_EQ(missing.read_item().status, Status::Failed);
     EXPECT_EQ(missing.read_line().status, Status::Failed);
 
     // A folder opens on this system but can't be read.
-    TextReader folder(dir_);
+    TextReader folder(dir.path());
     EXPECT_EQ(folder.read_item().status, Status::Failed);
     EXPECT_EQ(folder.read_line().status, Status::Failed);
 }
