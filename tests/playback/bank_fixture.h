@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "stand_ins.h"
@@ -12,20 +14,32 @@ inline std::string media_folder() {
     return TAVORA_PLAYBACK_MEDIA;
 }
 
-// The rig as a test fixture, with eight songs of two and a half to four
-// and a quarter minutes.
+inline std::string read_text(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// The rig as a fixture, with eight songs of two and a half to four and a
+// quarter minutes.
 class BankTest : public ::testing::Test, public BankRig {
   protected:
     BankTest() : BankRig(media_folder()) {
-        selection.songs = {{"song150.mp3"}, {"song165.mp3"}, {"song180.mp3"}, {"song195.mp3"},
-                           {"song210.mp3"}, {"song225.mp3"}, {"song240.mp3"}, {"song255.mp3"}};
+        for (int seconds = 150; seconds <= 255; seconds += 15)
+            selection.songs.push_back({"song" + std::to_string(seconds) + ".mp3"});
     }
-
     void SetUp() override { ASSERT_EQ(setup_error, ""); }
 
     void add_rows(const std::filesystem::path& file, int rows) {
         ASSERT_TRUE(test::add_rows(pool, file, rows));
     }
+    // Runs until the first set plays.
+    void start_set() {
+        run();
+        ASSERT_TRUE(wait_until([&] { return station.Slot_Ready[1] == 3; }, 10));
+        ASSERT_TRUE(viewer.Visible);
+    }
+    bool plays(int n) { return playback->Players(n).PlayState() == MediaPlayer::kPlaying; }
+    std::string log_text() { return read_text(fake.paths.ToNative(station.Log_Name).path); }
 };
 
 }  // namespace tavora::test

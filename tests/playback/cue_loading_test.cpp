@@ -1,20 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include "bank_fixture.h"
 
 namespace tavora::test {
 namespace {
 
 using CueLoading = BankTest;
-
-std::string log_text(const FakeServices& fake, const Station& station) {
-    std::ifstream in(fake.paths.ToNative(station.Log_Name).path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 TEST_F(CueLoading, RunCuesTheWholeFirstSetBeforeTheFirstSongPlays) {
     run();
@@ -46,7 +37,7 @@ TEST_F(CueLoading, AMissingFileIsLoggedAndReplaced) {
     run();
     EXPECT_EQ(station.Slot_File[1], "d:\\song225.mp3") << "the next pick";
     EXPECT_EQ(main.Panel(7).Text, "1");
-    const std::string text = log_text(fake, station);
+    const std::string text = log_text();
     EXPECT_NE(text.find("ERROR FILE NOT FOUND >> 10:00:00 AM  d:\\gone.mp3 gone.mp3"),
               std::string::npos)
         << text;

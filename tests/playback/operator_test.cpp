@@ -7,12 +7,6 @@ namespace {
 
 class Operator : public BankTest {
   protected:
-    void start_set() {
-        run();
-        ASSERT_TRUE(wait_until([&] { return station.Slot_Ready[1] == 3; }, 10));
-        ASSERT_TRUE(viewer.Visible);
-    }
-    bool plays(int n) { return playback->Players(n).PlayState() == MediaPlayer::kPlaying; }
     const std::string& last_words() { return fake.dialogs.shown().back().request.text; }
 };
 

@@ -11,7 +11,6 @@
 namespace tavora::test {
 namespace {
 
-// One player on virtual time, with the states its events reported.
 class PlayerTest : public ::testing::Test {
   protected:
     PlayerTest() : fake(DateSerial(2026, 3, 9)) {}
@@ -21,6 +20,19 @@ class PlayerTest : public ::testing::Test {
         player.Error = [this] { ++errors; };
     }
     std::string song(const char* name) { return media_folder() + "/" + name; }
+
+    // A player that can't open its file reads as stopped and, asked to play,
+    // starts and ends at once, so the bank moves on.
+    void expect_passes_over(MediaPlayer& player) {
+        EXPECT_EQ(errors, 1);
+        EXPECT_FALSE(player.ErrorDescription().empty());
+        EXPECT_EQ(player.PlayState(), MediaPlayer::kStopped);
+        EXPECT_NE(player.ReadyState(), MediaPlayer::kReady);
+        states.clear();
+        player.play();
+        fake.loop.run_for(1);
+        EXPECT_EQ(states, (std::vector<int>{2, 0}));
+    }
 
     FakeServices fake;
     std::vector<int> states;
@@ -65,70 +77,40 @@ TEST_F(PlayerTest, ProbePlaysOnTheClockToItsSelectionEnd) {
     EXPECT_EQ(states, (std::vector<int>{2, 1, 2, 0, 2, 0, 0}));
 }
 
-TEST_F(PlayerTest, ShorteningTheSelectionWhilePlayingMovesTheEnd) {
-    ProbePlayer player(fake.clock, fake.loop);
-    watch(player);
-    player.Open(song("song150.mp3"));
-    player.play();
-    fake.loop.run_for(3000);
-    player.SelectionEnd(player.CurrentPosition() + 10);
-    fake.loop.run_for(10'001);
-    EXPECT_EQ(player.PlayState(), MediaPlayer::kStopped);
-    EXPECT_NEAR(player.CurrentPosition(), 13, 1e-6);
-}
-
 TEST_F(PlayerTest, ProbeMeasuresAFileAgainOnceItChanged) {
     const std::filesystem::path path = fake.folder.Write("changing.mp3", "");
-    const auto copy = [&](const char* name) {
+    ProbePlayer player(fake.clock, fake.loop);
+    for (auto [name, seconds] : {std::pair{"song150.mp3", 150}, {"spot20.mp3", 20}}) {
         std::filesystem::copy_file(song(name), path,
                                    std::filesystem::copy_options::overwrite_existing);
-    };
-    ProbePlayer player(fake.clock, fake.loop);
-    copy("song150.mp3");
-    player.Open(path.string());
-    EXPECT_NEAR(player.Duration(), 150, 0.1);
-    copy("spot20.mp3");
-    player.Open(path.string());
-    EXPECT_NEAR(player.Duration(), 20, 0.1);
+        player.Open(path.string());
+        EXPECT_NEAR(player.Duration(), seconds, 0.1);
+    }
     std::filesystem::remove(path);
     player.Open(path.string());
     EXPECT_EQ(player.ReadyState(), 0);
     EXPECT_FALSE(player.ErrorDescription().empty());
 }
 
-// A player that can't open its file passes it over: it reads as stopped and,
-// asked to play, starts and ends at once, so the bank moves on.
-void expect_passes_over(MediaPlayer& player, std::vector<int>& states, int& errors,
-                        FakeServices& fake) {
-    EXPECT_EQ(errors, 1);
-    EXPECT_FALSE(player.ErrorDescription().empty());
-    EXPECT_EQ(player.PlayState(), MediaPlayer::kStopped);
-    EXPECT_NE(player.ReadyState(), MediaPlayer::kReady);
-    states.clear();
-    player.play();
+TEST_F(PlayerTest, ProbeAndEnginePlayersPassOverADamagedFile) {
+    const std::string broken = fake.folder.Write("broken.mp3", "this is no audio").string();
+    ProbePlayer probe(fake.clock, fake.loop);
+    watch(probe);
+    probe.Open(broken);
     fake.loop.run_for(1);
-    EXPECT_EQ(states, (std::vector<int>{2, 0}));
-}
+    expect_passes_over(probe);
 
-TEST_F(PlayerTest, ProbePassesOverADamagedFile) {
-    ProbePlayer player(fake.clock, fake.loop);
-    watch(player);
-    player.Open(fake.folder.Write("broken.mp3", "this is no audio").string());
-    fake.loop.run_for(1);
-    expect_passes_over(player, states, errors, fake);
-}
-
-TEST_F(PlayerTest, EnginePlayerPassesOverADamagedFile) {
+    errors = 0;
     audio::Post post = [this](std::function<void()> f) { fake.loop.post(std::move(f)); };
     audio::Engine engine(audio::OutputKind::Offline, post);
     auto player = engine_players(engine, post)(1);
     ASSERT_TRUE(player);
     watch(*player);
-    player->Open(fake.folder.Write("broken.mp3", "this is no audio").string());
+    player->Open(broken);
     EXPECT_EQ(player->PlayState(), MediaPlayer::kClosed);
     engine.settle();
     fake.loop.run_for(1);
-    expect_passes_over(*player, states, errors, fake);
+    expect_passes_over(*player);
 }
 
 }  // namespace

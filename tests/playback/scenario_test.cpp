@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <sstream>
 
 #include "bank_fixture.h"
 #include "playback/engine_player.h"
@@ -26,15 +24,6 @@ class Scenario : public BankTest {
     }
     int sets_started() const { return static_cast<int>(air.starts(1).size()); }
 };
-
-TEST_F(Scenario, ThreeHoursWithTheSeventhPlayerAirWithoutAGap) {
-    station.Ply7_On = 1;
-    const auto gaps = air_for(3 * kHour);
-    EXPECT_FALSE(viewer.mode_m7()) << "the saved mode is S7";
-    EXPECT_TRUE(gaps.empty()) << gaps.size() << " silences, the first at " << gaps[0].first;
-    EXPECT_GE(sets_started(), 8);
-    EXPECT_GE(air.starts(7).size(), 7u);
-}
 
 TEST_F(Scenario, WithoutTheSeventhPlayerTheOnlySilencesAreAtSetChanges) {
     const auto gaps = air_for(3 * kHour);
@@ -63,7 +52,9 @@ TEST_F(Scenario, AWholeDayUnattended) {
     selection.songs.push_back({"spot20.mp3", 0, 1, false, false, 1});
     selection.songs.push_back({"song180.mp3", 6, 5, true, true});
     const auto gaps = air_for(24 * kHour);
-    EXPECT_TRUE(gaps.empty());
+    EXPECT_FALSE(viewer.mode_m7()) << "the saved mode is S7";
+    EXPECT_TRUE(gaps.empty()) << gaps.size() << " silences, the first at " << gaps[0].first;
+    EXPECT_GE(air.starts(7).size(), sets_started() - 1u);
     EXPECT_GT(air.commits.size(), 24 * 3600 / 255u);
 }
 
@@ -97,34 +88,24 @@ TEST_F(Scenario, RemoteUseNeverRuns) {
     EXPECT_FALSE(playback->TimerViewer().Enabled());
 }
 
-std::string read_all(const std::filesystem::path& file) {
-    std::ifstream in(file);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-TEST_F(Scenario, TheRunStopsWithItsMessageWhenNoFileOfTheLibraryExists) {
+TEST_F(Scenario, TheRunStopsWithItsMessageWhenNoFileExistsOrSelectionFindsNothing) {
     selection.songs = {{"gone1.mp3"}, {"gone2.mp3"}};
     run();
     ASSERT_TRUE(playback->run_stopped());
-    ASSERT_EQ(air.stops.size(), 1u);
-    EXPECT_EQ(air.stops[0], Playback::kNothingPlayable);
+    EXPECT_EQ(air.stops, std::vector<std::string>{Playback::kNothingPlayable});
     EXPECT_EQ(main.Panel(3).Text, Playback::kNothingPlayable);
     EXPECT_FALSE(playback->TimerViewer().Enabled());
-    const std::string log = read_all(fake.paths.ToNative(station.Log_Name).path);
+    const std::string log = log_text();
     EXPECT_NE(log.find("ERROR FILE NOT FOUND >> "), std::string::npos);
     EXPECT_NE(log.find(Playback::kNothingPlayable), std::string::npos);
     wait(60);
     EXPECT_TRUE(air.changes.empty()) << "nothing played";
-}
 
-TEST_F(Scenario, TheRunStopsWhenSelectionFindsNothing) {
     selection.nothing = true;
-    run();
+    selection.songs = {{"song150.mp3"}};
+    playback->Run();
     EXPECT_TRUE(playback->run_stopped());
-    EXPECT_EQ(air.stops.size(), 1u);
-
+    EXPECT_EQ(air.stops.size(), 2u);
     // A library put right runs again.
     selection.nothing = false;
     playback->Run();

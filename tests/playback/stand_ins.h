@@ -18,20 +18,15 @@
 // benchmarks: selection, a library of plain rows, and a log of what aired.
 namespace tavora::test {
 
-// A record as selection would put it into a slot; files lie on drive d:.
+// A record as selection's commit puts it into a slot; files lie on drive d:.
 struct Song {
     std::string file;
-    double mix_in = 0;
-    double mix_out = 5;
-    bool fade_in = false;
-    bool fade_out = false;
+    double mix_in = 0, mix_out = 5;
+    bool fade_in = false, fade_out = false;
     int special = 0;
-    double vol = 0;
-    double start = 0;
-    double end = -1;
+    double vol = 0, start = 0, end = -1;
 };
 
-// Puts a song into a cue slot as selection's commit does.
 inline void put(Station& station, int slot, const Song& song, long rec_id) {
     station.Slot_File[slot] = "d:\\" + song.file;
     station.Slot_Title[slot] = song.file;
@@ -48,8 +43,7 @@ inline void put(Station& station, int slot, const Song& song, long rec_id) {
     station.Slot_Ready[slot] = 1;
 }
 
-// Selection's stand-in: fills the slot from its list in turn, the list's
-// n-th song being the library's row n.
+// Selection's stand-in: fills the slot from its list in turn, song n being row n.
 class FakeSelection {
   public:
     explicit FakeSelection(Station& station) : station_(station) {}
@@ -94,8 +88,7 @@ class AirLog : public PlaybackObserver {
 
     double seconds() const { return static_cast<double>(clock_.ElapsedMs()) / 1000.0; }
 
-    // Times at which `player` started to play, leaving out the priming
-    // (a play paused at the same moment).
+    // When `player` started to play, leaving out primings (paused at once).
     std::vector<double> starts(int player) const {
         std::vector<double> at;
         for (std::size_t i = 0; i < changes.size(); ++i) {
@@ -123,10 +116,8 @@ class AirLog : public PlaybackObserver {
             if (now == playing[c.player]) continue;
             playing[c.player] = now;
             count += now ? 1 : -1;
-            if (count == 1 && now && quiet_since >= 0) {
-                if (c.at - quiet_since > shortest)
-                    gaps.emplace_back(quiet_since, c.at - quiet_since);
-            }
+            if (count == 1 && now && quiet_since >= 0 && c.at - quiet_since > shortest)
+                gaps.emplace_back(quiet_since, c.at - quiet_since);
             if (count == 0) quiet_since = c.at;
         }
         if (count == 0 && quiet_since >= 0 && until - quiet_since > shortest) {
@@ -143,8 +134,7 @@ class AirLog : public PlaybackObserver {
     const VirtualClock& clock_;
 };
 
-// Adds `rows` plain records to a library through the pool, so that every
-// data control on it sees them at once. False when the library can't be used.
+// Adds plain records through the pool, so every data control sees them at once.
 inline bool add_rows(LibraryPool& pool, const std::filesystem::path& file, int rows) {
     auto library = pool.open(file, FileKind::Library).library;
     if (!library) return false;
@@ -159,8 +149,8 @@ inline bool add_rows(LibraryPool& pool, const std::filesystem::path& file, int r
     return batch.commit();
 }
 
-// A station's bank on virtual time, with probe players, a library of plain
-// records and selection's stand-in; songs are taken from `media`, drive d:.
+// A station's bank on virtual time, with a library of plain records and
+// selection's stand-in; drive d: is `media`.
 class BankRig {
   public:
     static constexpr int kRows = 60;
@@ -188,15 +178,12 @@ class BankRig {
     }
     void make_probe() { make(probe_players(fake.clock, fake.loop)); }
 
-    // Makes the bank on probe players and runs the Run command.
     void run() {
         if (!playback) make_probe();
         playback->Run();
     }
     void wait(double seconds) { fake.loop.run_for(static_cast<std::int64_t>(seconds * 1000)); }
-    // Station time in seconds since the rig was made.
     double now() const { return air.seconds(); }
-    // Runs until the predicate holds, or `limit` seconds have passed.
     template <typename F>
     bool wait_until(F done, double limit) {
         const double until = now() + limit;

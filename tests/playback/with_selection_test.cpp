@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -63,7 +61,7 @@ TEST_F(WithSelection, TwoHoursAirWhatSelectionStampedAndFixTheirLengths) {
     }
 }
 
-TEST_F(WithSelection, ALibraryOfCdTracksOnlyStopsTheRunAtOnceAndAirsNothing) {
+TEST_F(WithSelection, ALibraryOfCdTracksOnlyStopsTheRunAtOnceAndLogsWhy) {
     for (long id : songs)
         set(id, "Long title", Value("CD Media - Track " + std::to_string(id)));
     // The first set of an earlier run, still in its slots.
@@ -76,13 +74,10 @@ TEST_F(WithSelection, ALibraryOfCdTracksOnlyStopsTheRunAtOnceAndAirsNothing) {
     playback->Run();
     EXPECT_TRUE(playback->run_stopped());
     EXPECT_EQ(air.stops, std::vector<std::string>{Playback::kNothingPlayable});
-    EXPECT_EQ(main.Panel(3).Text, Playback::kNothingPlayable);
-    fake.loop.run_for(60 * 1000);
-    EXPECT_TRUE(air.changes.empty()) << "nothing aired";
-
-    std::ifstream in(fake.home() / "starved.log", std::ios::binary);
-    const std::string log{std::istreambuf_iterator<char>(in), {}};
-    EXPECT_EQ(log, std::string(Playback::kNothingPlayable) + "\r\n");
+    fake.loop.run_for(1000);
+    EXPECT_TRUE(air.changes.empty()) << "the old set does not air";
+    EXPECT_EQ(test::read_text(fake.home() / "starved.log"),
+              std::string(Playback::kNothingPlayable) + "\r\n");
 }
 
 }  // namespace
