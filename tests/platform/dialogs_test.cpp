@@ -8,7 +8,7 @@
 namespace tavora {
 namespace {
 
-TEST(ScriptedDialogs, MessageBoxTakesTheQueuedAnswerAndRecordsItsWords) {
+TEST(ScriptedDialogs, MessageBoxTakesAFittingQueuedAnswerOrItsDefaultButton) {
     ScriptedDialogs dialogs;
     dialogs.Queue(Answer::No);
     const Answer a = dialogs.MsgBox("Are You Sure you want to SKIP this song?", Buttons::YesNo,
@@ -20,10 +20,7 @@ TEST(ScriptedDialogs, MessageBoxTakesTheQueuedAnswerAndRecordsItsWords) {
     EXPECT_EQ(shown.request.title, "Skipping Another Song Huh?");
     EXPECT_EQ(shown.request.buttons, Buttons::YesNo);
     EXPECT_TRUE(shown.scripted);
-}
 
-TEST(ScriptedDialogs, UnscriptedMessageBoxTakesItsDefaultButton) {
-    ScriptedDialogs dialogs;
     EXPECT_EQ(dialogs.MsgBox("t", Buttons::YesNo), Answer::Yes);
     EXPECT_EQ(dialogs.MsgBox("t", Buttons::YesNo, "Clear Charts", Icon::None, 2), Answer::No);
     EXPECT_EQ(dialogs.MsgBox("t", Buttons::OKCancel, "", Icon::Exclamation, 2), Answer::Cancel);
@@ -32,10 +29,7 @@ TEST(ScriptedDialogs, UnscriptedMessageBoxTakesItsDefaultButton) {
     EXPECT_EQ(dialogs.MsgBox("t", Buttons::YesNo, "", Icon::None, 3), Answer::Yes);
     EXPECT_EQ(dialogs.MsgBox("Sorry, Not Yet"), Answer::OK);
     EXPECT_FALSE(dialogs.shown().back().scripted);
-}
 
-TEST(ScriptedDialogs, AnswerThatDoesNotFitStaysQueued) {
-    ScriptedDialogs dialogs;
     dialogs.Queue(Answer::Yes);
     EXPECT_EQ(dialogs.MsgBox("Complete"), Answer::OK);  // OK only: Yes can't be pressed
     EXPECT_EQ(dialogs.InputBox("Enter Title For This CD", "Enter Title", "x"), "x");

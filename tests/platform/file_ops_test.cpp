@@ -7,12 +7,8 @@
 namespace tavora {
 namespace {
 
-class FileOpsTest : public ::testing::Test {
-  protected:
+TEST(FileOps, FailuresAreReportedNotThrownAndListMatchesWildcardsIgnoringCase) {
     TestFolder dir;
-};
-
-TEST_F(FileOpsTest, CopyKillAndNameReportFailureInsteadOfThrowing) {
     const auto a = dir.Write("a.mdb", "new");
     const auto b = dir.Write("b.mdb", "older text");
     EXPECT_TRUE(files::Copy(a, b));
@@ -35,9 +31,7 @@ TEST_F(FileOpsTest, CopyKillAndNameReportFailureInsteadOfThrowing) {
     EXPECT_TRUE(files::MakeDir(dir.path() / "web"));
     EXPECT_FALSE(files::MakeDir(dir.path() / "web"));
     EXPECT_FALSE(files::MakeDir(dir.path() / "x" / "y"));
-}
 
-TEST_F(FileOpsTest, ListMatchesWildcardsIgnoringCase) {
     dir.Write("Song.MP3");
     dir.Write("b.mp3");
     dir.Write("a.wav");

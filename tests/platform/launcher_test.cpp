@@ -13,15 +13,13 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-TEST(SplitCommandLine, BlanksSplitAndQuotesKeepWordsWhole) {
+TEST(SystemLauncher, SplitsTheLineStartsWithoutWaitingAndFailsOnAMissingProgram) {
     EXPECT_EQ(SplitCommandLine("notepad.exe c:\\tavora\\badlinks.txt"),
               (Words{"notepad.exe", "c:\\tavora\\badlinks.txt"}));
     EXPECT_EQ(SplitCommandLine("  prog   \"a b\"  c\"d e\"f \"\" "),
               (Words{"prog", "a b", "cd ef", ""}));
     EXPECT_TRUE(SplitCommandLine("   ").empty());
-}
 
-TEST(SystemLauncher, StartsAProgramWithoutWaitingForIt) {
     TestFolder dir;
     const auto marker = dir.path() / "started";
     SystemLauncher launcher;
@@ -33,10 +31,7 @@ TEST(SystemLauncher, StartsAProgramWithoutWaitingForIt) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     EXPECT_TRUE(std::filesystem::exists(marker));
-}
 
-TEST(SystemLauncher, MissingProgramOrFileIsAFailure) {
-    SystemLauncher launcher;
     EXPECT_FALSE(launcher.Start("c:\\tavora\\tqxst.exe"));
     EXPECT_FALSE(launcher.Start("no-such-program-here --flag"));
     EXPECT_FALSE(launcher.Start(""));

@@ -44,7 +44,7 @@ TEST_F(PathMapTest, DefaultDrivesMapBothWays) {
     EXPECT_EQ(map.ToDos("relative/name.mp3"), "relative/name.mp3");
 }
 
-TEST_F(PathMapTest, FurtherLettersAndTheLongestFolderWins) {
+TEST_F(PathMapTest, FurtherLettersUnmappedDrivesAndCaseFallback) {
     map.SetDrive('D', root.path() / "music");
     map.SetDrive('e', root.path() / "music" / "chart");
     EXPECT_EQ(Native("d:\\Song - Artist.mp3"), Under("music/Song - Artist.mp3"));
@@ -60,9 +60,7 @@ TEST_F(PathMapTest, FurtherLettersAndTheLongestFolderWins) {
     map.SetDrive('d', {});
     EXPECT_FALSE(map.DriveFolder('d'));
     EXPECT_EQ(map.ToDos(Under("music/rock/a.mp3")).substr(0, 3), "z:\\");
-}
 
-TEST_F(PathMapTest, UnmappedDriveAndNonPathsAreNotTouched) {
     const auto none = map.ToNative("q:\\music\\x.mp3");
     EXPECT_EQ(none.status, PathMap::Status::NoSuchDrive);
     EXPECT_FALSE(none.ok());
@@ -75,15 +73,11 @@ TEST_F(PathMapTest, UnmappedDriveAndNonPathsAreNotTouched) {
         EXPECT_EQ(r.status, PathMap::Status::PassThrough) << text;
         EXPECT_EQ(r.path, text);
     }
-}
 
-TEST_F(PathMapTest, MissingCaseFallsBackToACaseInsensitiveMatch) {
     map.SetDrive('d', root.path() / "Music");
     root.Write("Music/Rock Hits/Song - Artist.MP3");
     root.Write("Music/exact.mp3");
     EXPECT_EQ(Native("d:\\rock hits\\song - artist.mp3"),
-              Under("Music/Rock Hits/Song - Artist.MP3"));
-    EXPECT_EQ(Native("d:\\ROCK HITS\\Song - Artist.mp3"),
               Under("Music/Rock Hits/Song - Artist.MP3"));
     EXPECT_EQ(Native("d:\\exact.mp3"), Under("Music/exact.mp3"));
     // Nothing matches: the plain mapping, so the caller sees a missing file.

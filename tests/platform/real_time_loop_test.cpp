@@ -27,9 +27,9 @@ TEST(RealTimeLoop, RunsWorkPostedFromOtherThreadsOnItsOwnThread) {
     loop.run();
     poster.join();
     EXPECT_EQ(ran_on, std::this_thread::get_id());
-    ASSERT_EQ(seen.size(), 100u);
-    for (int i = 0; i < 100; ++i)
-        EXPECT_EQ(seen[i], i);
+    std::vector<int> in_order(100);
+    std::iota(in_order.begin(), in_order.end(), 0);
+    EXPECT_EQ(seen, in_order);
 }
 
 TEST(RealTimeLoop, TimersFireRepeatedlyAndStopWhenTurnedOffInTheirHandler) {
