@@ -25,18 +25,6 @@ class Scenario : public BankTest {
     int sets_started() const { return static_cast<int>(air.starts(1).size()); }
 };
 
-TEST_F(Scenario, WithoutTheSeventhPlayerTheOnlySilencesAreAtSetChanges) {
-    const auto gaps = air_for(3 * kHour);
-    ASSERT_GE(gaps.size(), 8u);
-    EXPECT_EQ(static_cast<int>(gaps.size()), sets_started() - 1);
-    const auto set_starts = air.starts(1);
-    for (std::size_t i = 0; i < gaps.size(); ++i) {
-        const double ends = gaps[i].first + gaps[i].second;
-        EXPECT_DOUBLE_EQ(ends, set_starts[i + 1]) << "a silence ends only when a set begins";
-        EXPECT_LT(gaps[i].second, 4.5) << "opening and settling six players";
-    }
-}
-
 TEST_F(Scenario, MSevenModeStartsTheNextSetOnceTheSeventhSongHasStopped) {
     station.Ply7_On = 1;
     station.Ply7_View = false;
