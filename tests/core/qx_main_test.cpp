@@ -5,7 +5,7 @@
 namespace tavora {
 namespace {
 
-TEST(QXMain, RemoteUseDisablesTheRunCommandAtTheFileMenu) {
+TEST(QXMain, MenuPanelsAndGeometryFollowTheWindow) {
     Station station;
     QXMain main(station);
     station.Run_Mode = 1;
@@ -15,21 +15,15 @@ TEST(QXMain, RemoteUseDisablesTheRunCommandAtTheFileMenu) {
     station.Run_Mode = 0;
     main.click("mnu_File");
     EXPECT_TRUE(main.mnu_File_Run.Enabled);
-}
 
-TEST(QXMain, CounterPanelsCountFromTheirText) {
-    Station station;
-    QXMain main(station);
+    // Counter panels count from their text.
     main.Panel(7).Text = "0";
     main.Count(7);
     main.Count(7);
     EXPECT_EQ(main.Panel(7).Text, "2");
     EXPECT_EQ(main.Panel(7).ToolTipText, "Pgm Mgr Selections Not Found");
-}
 
-TEST(QXMain, SavedGeometryFollowsOnlyANormalWindow) {
-    Station station;
-    QXMain main(station);
+    // The saved geometry follows only a normal window.
     main.WindowState = 2;
     main.Left = 5;
     main.Form_Resize();

@@ -87,16 +87,6 @@ TEST_F(RollOver, NewDayRanksTheTopSeventyFiveAndSpecialsUseTheirPlace) {
     EXPECT_EQ(station.Log_Name, "C:\\tavora\\qxl310.log");
 }
 
-TEST_F(RollOver, SameDayChangesNothing) {
-    add_rows(3);
-    station.Log_Name = "kept";
-    station.BP_On = true;
-    Roll_Over(station, installed + 0.9, setup, library);
-    EXPECT_EQ(station.Log_Name, "kept");
-    EXPECT_TRUE(station.BP_On);
-    EXPECT_EQ(field_of("Song 0", "AM40").number(), 99);
-}
-
 TEST_F(RollOver, TuesdayRuleTurnsTheBlockPartyOnOnlyOnATuesday) {
     station.BP_Tuesday = true;
     station.BP_On = true;
@@ -114,20 +104,16 @@ TEST_F(RollOver, NineDaysOffShiftTheWeekOnce) {
         ASSERT_TRUE(table.Open(library, "Recordings1"));
         table.Edit();
         table.SetField("RTW", Value(5));
-        table.SetField(59, Value(4));
-        table.SetField(60, Value(3));
-        table.SetField(61, Value(2));
-        table.SetField(62, Value(1));
+        for (int week = 0; week < 4; ++week)
+            table.SetField(59 + week, Value(4 - week));
         table.Update();
     }
     Roll_Over(station, installed + 9, setup, library);
     Recordset table;
     ASSERT_TRUE(table.Open(library, "Recordings1"));
     EXPECT_EQ(table.Fields("RTW").number(), 0);
-    EXPECT_EQ(table.Fields(59).number(), 5);
-    EXPECT_EQ(table.Fields(60).number(), 4);
-    EXPECT_EQ(table.Fields(61).number(), 3);
-    EXPECT_EQ(table.Fields(62).number(), 2);
+    for (int week = 0; week < 4; ++week)
+        EXPECT_EQ(table.Fields(59 + week).number(), 5 - week) << week;
     EXPECT_EQ(table.Fields("Request This Month").number(), 14);
     // The week date moved to today: a second check the same day shifts nothing.
     Roll_Over(station, installed + 9.5, setup, library);
@@ -135,7 +121,16 @@ TEST_F(RollOver, NineDaysOffShiftTheWeekOnce) {
     EXPECT_EQ(table.Fields(59).number(), 5);
 }
 
-TEST_F(RollOver, NewDayTimeDecidesWhereTheWeightsCountFrom) {
+// The same day changes nothing; the new-day time decides where the weights count from.
+TEST_F(RollOver, SameDayChangesNothingAndNewDayTimeSetsWhereWeightsCount) {
+    add_rows(3);
+    station.Log_Name = "kept";
+    station.BP_On = true;
+    Roll_Over(station, installed + 0.9, setup, library);
+    EXPECT_EQ(station.Log_Name, "kept");
+    EXPECT_TRUE(station.BP_On);
+    EXPECT_EQ(field_of("Song 0", "AM40").number(), 99);
+
     set_setup("Time For New Day", Value::date(TimeSerial(6, 0, 0)));
     EXPECT_FALSE(Roll_Over(station, installed + TimeSerial(5, 59, 59), setup, library));
     EXPECT_TRUE(Roll_Over(station, installed + TimeSerial(6, 0, 0), setup, library));

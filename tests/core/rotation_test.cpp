@@ -20,8 +20,6 @@ const double kMonday = DateSerial(2026, 3, 9);
 // An installed station: settings, a library of a few rows, Act_Db set.
 class Rotation : public ::testing::Test {
   protected:
-    explicit Rotation(double now = kMonday + 0.5) : fake(now) {}
-
     void SetUp() override {
         ASSERT_EQ(create_settings_file(home() / "Setup.mdb", kMonday), "");
         ASSERT_EQ(create_library_file(home() / "qx1.mdb", kMonday), "");
@@ -52,7 +50,7 @@ class Rotation : public ::testing::Test {
     std::filesystem::path home() const { return fake.home(); }
     bool exists(const char* name) const { return files::Exists(home() / name); }
 
-    FakeServices fake;
+    FakeServices fake{kMonday + 0.5};
     Station station;
 };
 
@@ -101,26 +99,16 @@ TEST_F(Rotation, DamagedLibraryTakesTheFailurePathTouchingNothing) {
     EXPECT_FALSE(exists("qxbk.mdb"));
 }
 
-class SundayRotation : public Rotation {
-  protected:
-    SundayRotation() : Rotation(DateSerial(2026, 3, 8) + 0.5) {}
-};
-
-TEST_F(SundayRotation, SundayKeepsItsCopy) {
+TEST_F(Rotation, SundayAndFridayKeepTheirWeeklyCopies) {
+    fake.clock.Set(DateSerial(2026, 3, 8) + 0.5);
     ASSERT_TRUE(Rotate_Db(station, fake.services));
     EXPECT_EQ(rows_in(home() / "qxbaksun.mdb"), 3);
     EXPECT_FALSE(exists("qxbakthu.mdb"));
-}
-
-class FridayRotation : public Rotation {
-  protected:
-    FridayRotation() : Rotation(DateSerial(2026, 3, 13) + 0.5) {}
-};
-
-TEST_F(FridayRotation, FridayKeepsTheCopyNamedForThursday) {
+    add_rows(home() / "qx1.mdb", 1);
+    fake.clock.Set(DateSerial(2026, 3, 13) + 0.5);  // Friday's copy is named for Thursday
     ASSERT_TRUE(Rotate_Db(station, fake.services));
-    EXPECT_EQ(rows_in(home() / "qxbakthu.mdb"), 3);
-    EXPECT_FALSE(exists("qxbaksun.mdb"));
+    EXPECT_EQ(rows_in(home() / "qxbakthu.mdb"), 4);
+    EXPECT_EQ(rows_in(home() / "qxbaksun.mdb"), 3);
 }
 
 // The Setup screen's library commands: each ends the program.
@@ -156,19 +144,17 @@ TEST_F(SetupCommands, NewCopiesTheLastCompactionUnderTheNextFreeName) {
               "The Tavora is restarted");
 }
 
-TEST_F(SetupCommands, NewWithoutABackupSavesThePathButMakesNoFile) {
+TEST_F(SetupCommands, NewCancelledByDefaultThenWithoutABackupSavesOnlyThePath) {
+    screen.click("Command7");
+    EXPECT_EQ(ended, 0);
+    ASSERT_EQ(fake.dialogs.shown().size(), 1u);
+    EXPECT_EQ(fake.dialogs.shown()[0].reply.answer, Answer::Cancel);
+
     fake.dialogs.Queue(Answer::OK);
     screen.click("Command7");
     EXPECT_EQ(ended, 1);
     EXPECT_FALSE(exists("qx2.mdb"));
     EXPECT_EQ(active_database(), "c:\\tavora\\qx2.mdb");
-}
-
-TEST_F(SetupCommands, NewCancelledByDefaultDoesNothing) {
-    screen.click("Command7");
-    EXPECT_EQ(ended, 0);
-    EXPECT_EQ(fake.dialogs.shown().size(), 1u);
-    EXPECT_EQ(fake.dialogs.shown()[0].reply.answer, Answer::Cancel);
 }
 
 TEST_F(SetupCommands, ClearLeavesExactlyOneRow) {

@@ -5,7 +5,7 @@
 namespace tavora {
 namespace {
 
-TEST(Station, DefaultsTakeTheStartMoment) {
+TEST(Station, DefaultsTakeTheStartMomentAndAClearedSlotIsEmpty) {
     Station station;
     station.Ply_Now = 3;
     station.Slot_File[4] = "c:\\x.mp3";
@@ -18,10 +18,7 @@ TEST(Station, DefaultsTakeTheStartMoment) {
     EXPECT_EQ(station.Log_Name, "C:\\tavora\\qxl1123.log");
     EXPECT_EQ(station.Active_Cats[100], "NONE");
     EXPECT_EQ(station.Stat_Hist[11], "None");
-}
 
-TEST(Station, ClearedSlotIsTheEmptySlot) {
-    Station station;
     station.Slot_Ready[9] = 3;
     station.Slot_Started[9] = 0;
     station.Slot_End[9] = 200;
