@@ -39,6 +39,7 @@ class BankTest : public ::testing::Test, public BankRig {
         ASSERT_TRUE(viewer.Visible);
     }
     bool plays(int n) { return playback->Players(n).PlayState() == MediaPlayer::kPlaying; }
+    const DialogRequest& asked() { return fake.dialogs.shown().back().request; }
     std::string log_text() { return read_text(fake.paths.ToNative(station.Log_Name).path); }
 };
 

@@ -68,9 +68,8 @@ TEST_F(CueLoading, ARemovedCueIsRefilledByTheNextLoadUp) {
     fake.dialogs.Queue(Answer::Yes);
     viewer.click("ClrCue", 2);
     ASSERT_EQ(fake.dialogs.shown().size(), 1u);
-    const DialogRequest& asked = fake.dialogs.shown()[0].request;
-    EXPECT_EQ(asked.text, "Are you sure you want to remove " + removed + "?");
-    EXPECT_EQ(asked.title, "Remove Cued Selection");
+    EXPECT_EQ(asked().text, "Are you sure you want to remove " + removed + "?");
+    EXPECT_EQ(asked().title, "Remove Cued Selection");
     EXPECT_EQ(station.Slot_Ready[8], 0);
     EXPECT_EQ(station.Slot_File[8], "");
     EXPECT_EQ(viewer.Label1(8).Caption, "");

@@ -5,10 +5,7 @@
 namespace tavora::test {
 namespace {
 
-class Operator : public BankTest {
-  protected:
-    const std::string& last_words() { return fake.dialogs.shown().back().request.text; }
-};
+using Operator = BankTest;
 
 TEST_F(Operator, TheStationManagersBreakHoldsTheSetUntilItsEnd) {
     start_set();
@@ -63,8 +60,8 @@ TEST_F(Operator, ARestartAsksFirstAndCancelLeavesTheSetPlaying) {
     const std::size_t picked = air.commits.size();
     fake.dialogs.Queue(Answer::Cancel);
     playback->Run();
-    EXPECT_EQ(fake.dialogs.shown().back().request.title, "UNLOAD WARNING");
-    EXPECT_EQ(last_words(),
+    EXPECT_EQ(asked().title, "UNLOAD WARNING");
+    EXPECT_EQ(asked().text,
               "This Will unload and STOP the Wave Players! Are You Sure you want to do this?");
     EXPECT_EQ(station.Ply_View, 1);
     EXPECT_TRUE(plays(1));
@@ -84,11 +81,11 @@ TEST_F(Operator, PlayerErrorsShowTheirWordsAndTheSeventhOnlyWhenItIsOn) {
     playback->Players(7).Open(broken);
     wait(0.1);
     ASSERT_EQ(fake.dialogs.shown().size(), 1u);
-    EXPECT_EQ(last_words().substr(last_words().size() - 9), " Player 3");
+    EXPECT_EQ(asked().text.substr(asked().text.size() - 9), " Player 3");
     station.Ply7_On = 1;
     playback->Players(7).Open(broken);
     wait(0.1);
-    EXPECT_EQ(last_words().substr(last_words().size() - 9), " Player 7");
+    EXPECT_EQ(asked().text.substr(asked().text.size() - 9), " Player 7");
 }
 
 TEST_F(Operator, TheOnAirPopUpCountsDownToTheMixAndThroughTheIntro) {

@@ -56,8 +56,8 @@ TEST_F(Scenario, RunRefusesFiftyRowsAndRunsWithFiftyOne) {
     playback->station_port.Mnu_Aut_Add_Click = [&] { ++wizard; };
     playback->Run();
     ASSERT_EQ(fake.dialogs.shown().size(), 1u);
-    EXPECT_EQ(fake.dialogs.shown()[0].request.title, "NOT ENOUGH RECORDS!");
-    EXPECT_EQ(fake.dialogs.shown()[0].request.text,
+    EXPECT_EQ(asked().title, "NOT ENOUGH RECORDS!");
+    EXPECT_EQ(asked().text,
               "The Players will not run until you have at least 50 selections in the database.  "
               "Press OK to AutoAdd more records");
     EXPECT_EQ(wizard, 1);

@@ -73,9 +73,7 @@ class AirLog : public PlaybackObserver {
   public:
     struct Change {
         double at;
-        int player;
-        int slot;
-        int state;
+        int player, slot, state;
     };
 
     explicit AirLog(const VirtualClock& clock) : clock_(clock) {}
@@ -104,9 +102,8 @@ class AirLog : public PlaybackObserver {
         return at;
     }
 
-    // Silences between the first play and `until`, each longer than
-    // `shortest` seconds, as (start, length).
-    std::vector<std::pair<double, double>> silences(double until, double shortest = 0) const {
+    // Silences between the first play and `until`, as (start, length).
+    std::vector<std::pair<double, double>> silences(double until) const {
         std::vector<std::pair<double, double>> gaps;
         bool playing[kPlayers + 1] = {};
         int count = 0;
@@ -116,11 +113,11 @@ class AirLog : public PlaybackObserver {
             if (now == playing[c.player]) continue;
             playing[c.player] = now;
             count += now ? 1 : -1;
-            if (count == 1 && now && quiet_since >= 0 && c.at - quiet_since > shortest)
+            if (count == 1 && now && quiet_since >= 0 && c.at > quiet_since)
                 gaps.emplace_back(quiet_since, c.at - quiet_since);
             if (count == 0) quiet_since = c.at;
         }
-        if (count == 0 && quiet_since >= 0 && until - quiet_since > shortest) {
+        if (count == 0 && quiet_since >= 0 && until > quiet_since) {
             gaps.emplace_back(quiet_since, until - quiet_since);
         }
         return gaps;

@@ -35,8 +35,8 @@ TEST_F(Transport, ASkipThreeSecondsInHandsOverSevenSecondsLaterAndClosingAWindow
     fake.dialogs.Queue(Answer::Yes);
     viewer.click("Command7");
     ASSERT_EQ(fake.dialogs.shown().size(), 1u);
-    EXPECT_EQ(fake.dialogs.shown()[0].request.text, "Are You Sure you want to SKIP this song?");
-    EXPECT_EQ(fake.dialogs.shown()[0].request.title, "Skipping Another Song Huh?");
+    EXPECT_EQ(asked().text, "Are You Sure you want to SKIP this song?");
+    EXPECT_EQ(asked().title, "Skipping Another Song Huh?");
     const double position = playback->Players(1).CurrentPosition();
     EXPECT_NEAR(position, 3, 0.35);
     EXPECT_DOUBLE_EQ(station.Slot_MixOut[1], position);
@@ -89,14 +89,13 @@ TEST_F(Transport, BreakIsRefusedInTheSixthSlotAndSkipIsRefusedWhileOneIsPending)
     start_set();
     station.Ply_Now = 6;
     playback->Break_Click();
-    EXPECT_EQ(fake.dialogs.shown().back().request.text, "Sorry, Not Yet");
+    EXPECT_EQ(asked().text, "Sorry, Not Yet");
     EXPECT_EQ(break_button.Caption, "Break");
 
     station.Ply_Now = 1;
     playback->Break_Click();
     playback->Skip_One();
-    EXPECT_EQ(fake.dialogs.shown().back().request.text,
-              "You Can't Skip During An Active (Break) Routine");
+    EXPECT_EQ(asked().text, "You Can't Skip During An Active (Break) Routine");
 }
 
 TEST_F(Transport, StallRecoveryStartsTheNextSlotWhenTheBankFallsSilent) {
@@ -118,7 +117,7 @@ TEST_F(Transport, PauseMenuHoldsTheWholeBankAndPlaysAgain) {
     viewer.Visible = true;
     fake.dialogs.Queue(Answer::OK);
     playback->Ply_Pse();
-    EXPECT_EQ(fake.dialogs.shown().back().request.title, "I Hate It When The Music Stops WARNING");
+    EXPECT_EQ(asked().title, "I Hate It When The Music Stops WARNING");
     EXPECT_FALSE(playback->TimerViewer().Enabled());
     EXPECT_EQ(playback->Players(1).PlayState(), MediaPlayer::kPaused);
     wait(300);
