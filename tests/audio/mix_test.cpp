@@ -12,16 +12,9 @@ namespace tavora::audio {
 namespace {
 
 using test::OfflineStation;
+using test::rms;
 
 constexpr std::size_t kRamp = Voice::kRampFrames;
-
-double rms(const std::vector<float>& mix, int channel) {
-    double sum = 0;
-    const std::size_t frames = mix.size() / kChannels;
-    for (std::size_t i = 0; i < frames; ++i)
-        sum += double{mix[i * kChannels + channel]} * mix[i * kChannels + channel];
-    return std::sqrt(sum / static_cast<double>(frames));
-}
 
 TEST(Mix, TwoPlayersAtTheirOwnVolumesSumToTheExpectedLevel) {
     OfflineStation station;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <deque>
@@ -7,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "audio/engine.h"
@@ -17,11 +19,11 @@ inline std::string media(const std::string& name) {
     return std::string(TAVORA_AUDIO_MEDIA) + "/" + name;
 }
 
-// An offline engine and a queue standing for the rule thread's event loop.
+// An engine (offline unless told) and a queue standing for the rule thread's event loop.
 class OfflineStation {
   public:
-    OfflineStation()
-        : engine_(OutputKind::Offline, [this](std::function<void()> f) {
+    explicit OfflineStation(OutputKind kind = OutputKind::Offline)
+        : engine_(kind, [this](std::function<void()> f) {
               std::lock_guard lock(mutex_);
               posted_.push_back(std::move(f));
           }) {}
@@ -40,6 +42,16 @@ class OfflineStation {
             }
             f();
         }
+    }
+
+    // For the real-time outputs: runs events until `done` holds or `limit` has passed.
+    bool run_until(const std::function<bool()>& done, std::chrono::milliseconds limit) {
+        const auto deadline = std::chrono::steady_clock::now() + limit;
+        for (run_events(); !done(); run_events()) {
+            if (std::chrono::steady_clock::now() > deadline) return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        return true;
     }
 
     // A player that has tried to open a test file (`name`) or any path or URL (`at`).
@@ -64,6 +76,16 @@ class OfflineStation {
     std::deque<std::function<void()>> posted_;
     Engine engine_;
 };
+
+// Root mean square of one channel over `frames` frames from `from`.
+inline double rms(const std::vector<float>& mix, int channel, std::size_t from = 0,
+                  std::size_t frames = 0) {
+    if (frames == 0) frames = mix.size() / kChannels - from;
+    double sum = 0;
+    for (std::size_t i = from; i < from + frames; ++i)
+        sum += double{mix[i * kChannels + channel]} * mix[i * kChannels + channel];
+    return std::sqrt(sum / static_cast<double>(frames));
+}
 
 // The frame number that index.wav carries in its left channel.
 inline long index_at(const std::vector<float>& mix, std::size_t frame) {

@@ -49,19 +49,6 @@ TEST(Player, OpenDoesNotWaitAndThenTellsTheLength) {
     EXPECT_TRUE(seen.changes.empty());  // opening is not a play-state change
 }
 
-// Positions count the frames really mixed, and those are the file's frames in order.
-TEST(Player, RenderingAdvancesThePositionByTheFramesRendered) {
-    OfflineStation station;
-    auto player = station.open("index.wav");
-    player->play();
-    const auto mix = station.render(10000);
-    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 10000.0 / kRate);
-    for (std::size_t i = kRamp; i < 10000; i += 997)
-        EXPECT_EQ(index_at(mix, i), long(i));
-    station.render(333);
-    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 10333.0 / kRate);
-}
-
 TEST(Player, PlaysTheSelectionToItsFrameAndStopsByItself) {
     OfflineStation station;
     auto player = station.open("index.wav");
@@ -85,25 +72,6 @@ TEST(Player, PlaysTheSelectionToItsFrameAndStopsByItself) {
     player->play();
     const auto again = station.render(1000);
     EXPECT_EQ(index_at(again, 500), 24500);
-}
-
-TEST(Player, PauseHoldsTheFrameAndPlayGoesOnFromIt) {
-    OfflineStation station;
-    auto player = station.open("index.wav");
-    player->play();
-    station.render(10000);
-    player->pause();
-    EXPECT_EQ(player->PlayState(), Player::kPaused);
-    const auto fading = station.render(2 * kRamp);  // a short ramp down, then silence
-    EXPECT_EQ(fading[(2 * kRamp - 1) * kChannels], 0.0f);
-    const double held = player->CurrentPosition();
-    station.render(5000);
-    EXPECT_DOUBLE_EQ(player->CurrentPosition(), held);
-    player->play();
-    const auto resumed = station.render(2000);
-    const long first = std::lround(held * kRate);
-    EXPECT_EQ(index_at(resumed, kRamp), first + long(kRamp));
-    EXPECT_EQ(index_at(resumed, 1999), first + 1999);
 }
 
 TEST(Player, StopGoesBackToTheSelectionStartAndIsTold) {
@@ -132,15 +100,34 @@ TEST(Player, StopGoesBackToTheSelectionStartAndIsTold) {
     EXPECT_TRUE(none.changes.empty());
 }
 
-TEST(Player, WritingThePositionWhilePlayingJumpsThere) {
+// Positions count the frames really mixed, and those are the file's frames in order; a
+// pause holds the frame, and writing the position while playing jumps there.
+TEST(Player, PositionFollowsTheFramesMixedThroughPauseAndJump) {
     OfflineStation station;
     auto player = station.open("index.wav");
     player->play();
-    station.render(1000);
+    const auto mix = station.render(10000);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 10000.0 / kRate);
+    for (std::size_t i = kRamp; i < 10000; i += 997)
+        EXPECT_EQ(index_at(mix, i), long(i));
+
+    player->pause();
+    EXPECT_EQ(player->PlayState(), Player::kPaused);
+    const auto fading = station.render(2 * kRamp);  // a short ramp down, then silence
+    EXPECT_EQ(fading[(2 * kRamp - 1) * kChannels], 0.0f);
+    const double held = player->CurrentPosition();
+    station.render(5000);
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), held);
+    player->play();
+    const auto resumed = station.render(2000);
+    const long first = std::lround(held * kRate);
+    EXPECT_EQ(index_at(resumed, kRamp), first + long(kRamp));
+    EXPECT_EQ(index_at(resumed, 1999), first + 1999);
+
     player->CurrentPosition(3.0);
     EXPECT_DOUBLE_EQ(player->CurrentPosition(), 3.0);
-    const auto mix = station.render(2000);  // a ramp of the old place first, then the new
-    EXPECT_EQ(index_at(mix, 1500), 3 * kRate + 1500 - long(kRamp));
+    const auto jumped = station.render(2000);  // a ramp of the old place first, then the new
+    EXPECT_EQ(index_at(jumped, 1500), 3 * kRate + 1500 - long(kRamp));
     EXPECT_DOUBLE_EQ(player->CurrentPosition(), 3.0 + double(2000 - kRamp) / kRate);
 }
 
