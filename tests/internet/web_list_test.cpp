@@ -12,7 +12,7 @@ class WebListTest : public RequestFixture {
     WebList web;
 };
 
-TEST_F(WebListTest, ColumnsOfEachRecord) {
+TEST_F(WebListTest, ColumnsOfEachRecordOnceTheStationManagersHeadIsThere) {
     add("Both", {{"C40", Value(5)}, {"T40", Value(3)}, {"AM40", Value(9)}});
     add("Edge", {{"T40", Value(200)},
                  {"Category", Value("Rock")},
@@ -24,8 +24,19 @@ TEST_F(WebListTest, ColumnsOfEachRecord) {
                          {"Category", Value("Club")},
                          {"Speed", Value("Fast ")}});
     add("Promo", {{"Source", Value("Timed Promo")}});
-    fake.folder.Write("web/tqxshdr.htm", "<head>");
     request->Form_Load();
+    // Without the station manager's head nothing is written.
+    station.Auto_PL = 0;
+    web.wiz_it();
+    EXPECT_EQ(request->Label15.Caption, "AutoWeb Update Aborted");
+    EXPECT_TRUE(fake.dialogs.shown().empty());
+    station.Auto_PL = 1;
+    request->click("Command13");
+    EXPECT_EQ(fake.dialogs.shown().back().request.text,
+              "You must run the station manager while connected to the internet first");
+    EXPECT_FALSE(std::filesystem::exists(fake.home() / "web" / "qxstat.txt"));
+
+    fake.folder.Write("web/tqxshdr.htm", "<head>");
     web.wiz_it();
     const std::vector<std::string> records = {
         "3,9,Both,Both Artist,Misc,FALSE",
@@ -45,20 +56,6 @@ TEST_F(WebListTest, ColumnsOfEachRecord) {
               "automatically update in a few minutes");
     EXPECT_EQ(station.Web_Run, 0);
     EXPECT_TRUE(request->Command13.Visible);
-}
-
-TEST_F(WebListTest, WithoutTheStationManagersHeadNothingIsWritten) {
-    add("Song");
-    request->Form_Load();
-    station.Auto_PL = 0;
-    web.wiz_it();
-    EXPECT_EQ(request->Label15.Caption, "AutoWeb Update Aborted");
-    EXPECT_TRUE(fake.dialogs.shown().empty());
-    station.Auto_PL = 1;
-    request->click("Command13");
-    EXPECT_EQ(fake.dialogs.shown().back().request.text,
-              "You must run the station manager while connected to the internet first");
-    EXPECT_FALSE(std::filesystem::exists(fake.home() / "web" / "qxstat.txt"));
 }
 
 }  // namespace
