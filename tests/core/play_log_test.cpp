@@ -2,11 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "core/settings/net_file.h"
-#include "fake_services.h"
 #include "runtime/dates.h"
 
 namespace tavora {
@@ -25,22 +21,6 @@ TEST(PlayLog, LinesReadAsTheLogHasAlwaysRead) {
               "Complete at:9:05:07 PM- QX 7 > Song - Artist");
     EXPECT_EQ(missing_line(at, "d:\\m\\a.mp3", "A - B"),
               "ERROR FILE NOT FOUND >> 9:05:07 PM  d:\\m\\a.mp3 A - B");
-}
-
-TEST(PlayLog, LogOneAppendsAndClearsTheWaitingFlag) {
-    FakeServices fake(DateSerial(2026, 3, 2));
-    Station station;
-    station.Log_Name = log_name_for(fake.clock.Now());
-    for (const char* line : {"first", "second"}) {
-        station.Log_Line = line;
-        station.Log_Due = 1;
-        Log_One(station, fake.services);
-        EXPECT_EQ(station.Log_Due, 0);
-    }
-    std::ifstream in(fake.home() / "qxl32.log", std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    EXPECT_EQ(text.str(), "first\r\nsecond\r\n");
 }
 
 TEST(NetFile, MapsTheDriveInRemoteUseOnly) {

@@ -23,16 +23,6 @@ std::string text_of(const std::filesystem::path& path) {
     return text.str();
 }
 
-TEST(SessionFile, DefaultsWriteTheEighteenDefaultLines) {
-    TestFolder folder;
-    Station station;
-    station.Snip_Max = 3;  // a new file's value; start-up itself holds 1
-    ASSERT_TRUE(BP_Ini(station, folder.path() / "qxbp.ini"));
-    EXPECT_EQ(text_of(folder.path() / "qxbp.ini"),
-              "0\r\n0\r\n2\r\n5\r\nFalse\r\nTrue\r\nFalse\r\n7\r\n0\r\nTrue\r\n2\r\n210\r\n"
-              "7950\r\n11565\r\n525\r\n2\r\n3\r\n15\r\n");
-}
-
 TEST(SessionFile, RoundTripKeepsEveryValueButTheSeventhPlayerView) {
     TestFolder folder;
     Station written;
@@ -51,26 +41,14 @@ TEST(SessionFile, RoundTripKeepsEveryValueButTheSeventhPlayerView) {
     written.Least_Every = 20;
     ASSERT_TRUE(BP_Ini(written, folder.path() / "qxbp.ini"));
 
-    // The writing order is pinned above, so reading back and writing again shows any
-    // line read into the wrong variable.
+    // Start-up pins the writing order, so reading back and writing again shows any line
+    // read into the wrong variable.
     Station read;
     ASSERT_TRUE(Read_BP(read, folder.path() / "qxbp.ini"));
     EXPECT_TRUE(read.Ply7_View);
     read.Ply7_View = false;
     ASSERT_TRUE(BP_Ini(read, folder.path() / "again.ini"));
     EXPECT_EQ(text_of(folder.path() / "again.ini"), text_of(folder.path() / "qxbp.ini"));
-}
-
-TEST(SessionFile, OldSixteenLineFileKeepsSnipMaxOfStartUp) {
-    TestFolder folder;
-    auto path =
-        write_file(folder, "1\n1\n3\n4\nTrue\nFalse\nFalse\n8\n1\nTrue\n0\n1\n2\n3\n4\n0\n");
-    Station station;  // Snip_Max 1, as start-up sets it before the read
-    ASSERT_TRUE(Read_BP(station, path));
-    EXPECT_EQ(station.Snip_Max, 1);
-    EXPECT_EQ(station.Least_Every, 15);
-    EXPECT_EQ(station.Wnd_State, 0);
-    EXPECT_TRUE(station.Ply7_View);
 }
 
 // Only 1 on the first lines means True, text where a number belongs reads as zero, and
