@@ -5,28 +5,26 @@ namespace {
 
 using RequestEntry = RequestFixture;
 
-TEST_F(RequestEntry, PressesAndCountPressesReturnEveryCounter) {
+TEST_F(RequestEntry, PressesCountEveryCounterButListMembersAndPriorityOnesStay) {
     const long long id = add("Song", {{"RTW", Value(2)}, {"Request AllTime", Value(7)}});
+    const long long member = add("Member", {{"Sel", Value(1000)}, {"RTW", Value(1)}});
+    const long long hot = add("Priority", {{"Sel", Value(50)}});
     request->Form_Load();
+    const int row = row_of("Song");
     for (int i = 0; i < 3; ++i)
-        request->click("RB", 1);
+        request->click("RB", row);
     EXPECT_EQ(field(id, "Sel").number(), 3);
     EXPECT_EQ(field(id, "RTW").number(), 5);
     EXPECT_EQ(field(id, "Request This Month").number(), 3);
     EXPECT_EQ(field(id, "Request AllTime").number(), 10);
-    EXPECT_EQ(request->RD(1).Caption, "3");
+    EXPECT_EQ(request->RD(row).Caption, "3");
     for (int i = 0; i < 4; ++i)
-        request->click("RD", 1);  // the fourth finds Sel at 0
+        request->click("RD", row);  // the fourth finds Sel at 0
     EXPECT_EQ(field(id, "Sel").number(), 0);
     EXPECT_EQ(field(id, "RTW").number(), 2);
     EXPECT_EQ(field(id, "Request This Month").number(), 0);
     EXPECT_EQ(field(id, "Request AllTime").number(), 7);
-}
 
-TEST_F(RequestEntry, PlaylistMembersAndPriorityRequests) {
-    const long long member = add("Member", {{"Sel", Value(1000)}, {"RTW", Value(1)}});
-    const long long hot = add("Priority", {{"Sel", Value(50)}});
-    request->Form_Load();
     request->click("RD", row_of("Member"));
     EXPECT_EQ(field(member, "Sel").number(), 1000);
     EXPECT_EQ(field(member, "RTW").number(), 1);

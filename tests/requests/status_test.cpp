@@ -33,10 +33,9 @@ TEST_F(StatusFiles, LinesWithBlockPartyAndWithRequests) {
         "row by your favorite artist!"};
     for (int i = 3; i <= 11; ++i)
         expected.push_back("Old " + std::to_string(i));
-    expected.push_back("Now - Artist");
-    expected.push_back("Now - Artist");
-    expected.push_back("TQXAMS Plays All The Hits! Current Time: 10:00:00 AM");
-    expected.push_back("Web requests are delayed 1hr due to RIAA rules");
+    expected.insert(expected.end(), {"Now - Artist", "Now - Artist",
+                                     "TQXAMS Plays All The Hits! Current Time: 10:00:00 AM",
+                                     "Web requests are delayed 1hr due to RIAA rules"});
     EXPECT_EQ(status(), expected);
     EXPECT_EQ(lines(fake.home() / "tqxsrdy.txt"),
               std::vector<std::string>{"3/10/2026 10:00:00 AM"});
