@@ -106,33 +106,30 @@ TEST_F(FilterTest, ChartedRowPlaysToTwiceItsLimitButNotInTheSeventhPlayer) {
     EXPECT_FALSE(accepted());
 }
 
-TEST_F(FilterTest, RequestIgnoresDaysWindowsAndLimitsAndUsesUpAPriority) {
+TEST_F(FilterTest, RequestIgnoresOtherRulesCountsDownAndAWebRequestWaitsHalfAnHour) {
     const long id = add({{"Sel", Value(60)},
                          {"Schedule Select", Value(0)},
                          {"Valid Wednesday", Value::boolean(false)},
                          {"How Many Today", Value(9)},
                          {"Max Play Day", Value(1)},
-                         {"Daily Reset", Value::date(kNow + 1)}});
+                         {"Daily Reset", Value::date(kNow + 1)},
+                         {"Min Time Between Plays", at(0)}});
     EXPECT_TRUE(accepted());
     EXPECT_EQ(picks.back().record_source, "SRequest");
     EXPECT_EQ(field(id, "Sel").number(), 0);
     EXPECT_EQ(station.Req_Open, 1);
-}
-
-TEST_F(FilterTest, RequestCountsDownButARecordPlayedSixTimesTodayLosesAll) {
-    const long id = add({{"Sel", Value(3)}, {"Min Time Between Plays", at(0)}});
+    set(id, "Sel", Value(3));
+    set(id, "How Many Today", Value(0));
+    fake.clock.Advance(1000);
     EXPECT_TRUE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 2);
-    set(id, "How Many Today", Value(6));
+    set(id, "How Many Today", Value(6));  // played six times today: all priority goes
     fake.clock.Advance(1000);
     EXPECT_TRUE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 0);
-}
-
-TEST_F(FilterTest, WebRequestWaitsHalfAnHour) {
-    const long id = add({{"Sel", Value(1)},
-                         {"Schedule Select", Value(0)},
-                         {"AccessDate", Value::date(kNow - TimeSerial(0, 10, 0))}});
+    set(id, "Sel", Value(1));
+    set(id, "How Many Today", Value(0));
+    set(id, "AccessDate", Value::date(kNow - TimeSerial(0, 10, 0)));
     EXPECT_FALSE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 1);
     set_now(kNow + TimeSerial(0, 21, 0));

@@ -25,8 +25,7 @@ namespace tavora {
 
 using Fields = std::vector<std::pair<const char*, Value>>;
 
-// A library and settings file in a fresh install folder, the selection
-// windows on a virtual clock, and a station whose look-ahead is zero, so
+// Fresh library and settings files, a virtual clock and no look-ahead, so
 // the rules judge the clock's own moment.
 class SelectionTest : public ::testing::Test {
   protected:
@@ -55,8 +54,7 @@ class SelectionTest : public ::testing::Test {
     static Value at(int hour, int minute = 0) { return Value::date(TimeSerial(hour, minute, 0)); }
     void set_now(double date) { fake.clock.Set(date); }
 
-    // A normal record that every rule lets through, with the fields given
-    // on top; its RecID.
+    // A record every rule lets through, with the fields given on top.
     long add(Fields fields = {}) {
         Recordset table = OpenRecordset(library, "Recordings1");
         table.AddNew();
@@ -73,8 +71,7 @@ class SelectionTest : public ::testing::Test {
                                {"Max Month", Value(50)},
                                {"Schedule Select", Value(1)},
                                {"Length", at(0, 3)},
-                               {"FadeIn", no},
-                               {"FadeOut", no}};
+                               {"FadeIn", no}};
         for (const auto& [name, value] : normal)
             table.SetField(name, value);
         for (const char* day : {"Valid Monday", "Valid Tuesday", "Valid Wednesday",
