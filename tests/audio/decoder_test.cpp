@@ -39,7 +39,9 @@ TEST_P(EveryFormat, LengthIsTheDecodedLengthAndTheToneIsIntact) {
     const std::string name = GetParam();
     const double slack = name.find(".wm") != std::string::npos ? 48 : name == "tone.mp3" ? 0 : 2;
     EXPECT_NEAR(static_cast<double>(all.size() / kChannels), decoder.length(), slack);
-    if (name == "tone.mp3") EXPECT_EQ(decoder.length(), 3 * kRate);
+    if (name == "tone.mp3") {
+        EXPECT_EQ(decoder.length(), 3 * kRate);
+    }
     ASSERT_GT(all.size() / kChannels, std::size_t{2 * kRate});
     EXPECT_NEAR(test::rms(all, 0, kRate / 2, kRate), 0.5 / std::sqrt(2.0), 0.02);
     EXPECT_NEAR(test::rms(all, 1, kRate / 2, kRate), 0.5 / std::sqrt(2.0), 0.02);

@@ -71,6 +71,17 @@ class OfflineStation {
         return out;
     }
 
+    // Plays to the end, or `limit` seconds of output; returns the seconds it took.
+    double play_out(Player& player, double limit = 60) {
+        player.play();
+        std::size_t rendered = 0;
+        while (player.PlayState() == Player::kPlaying && rendered < limit * kRate) {
+            render(kRate / 20);
+            rendered += kRate / 20;
+        }
+        return static_cast<double>(rendered) / kRate;
+    }
+
   private:
     std::mutex mutex_;
     std::deque<std::function<void()>> posted_;
