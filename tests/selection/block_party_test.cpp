@@ -10,24 +10,20 @@ class BlockPartyTest : public SelectionTest {
         station.BP_On = true;
         station.BP_Chars = 5;
         station.BP_Block = 3;
+        selection.hooks.on_pick = [this](const PickReport& report) {
+            source = report.record_source;
+        };
     }
     long song(const char* artist, const char* title) {
         return add({{"Artist", Value(artist)}, {"Title", Value(title)}});
     }
-    // A block of "Bruce" under way, one song in.
-    void bruce_block() {
-        song("Abba", "Waterloo");
-        song("Bruce Hornsby", "Mandolin Rain");
-        station.BP_Artist = "Bruce";
-        station.BP_Count = 1;
-    }
-    std::string source() const { return picks.back().record_source; }
+    std::string source;
 };
 
 TEST_F(BlockPartyTest, FirstSongComesFromTheRotationAndOpensABlock) {
     const long id = song("Bruce Springsteen", "Born");
     EXPECT_EQ(pick(), id);
-    EXPECT_EQ(source(), "NormSel");
+    EXPECT_EQ(source, "NormSel");
     EXPECT_EQ(station.BP_Artist, "Bruce");
     EXPECT_EQ(station.BP_Count, 1);
     EXPECT_EQ(station.BP_Artists[4], "a");
@@ -35,33 +31,42 @@ TEST_F(BlockPartyTest, FirstSongComesFromTheRotationAndOpensABlock) {
 }
 
 TEST_F(BlockPartyTest, BlockContinuesWithTheSamePrefixButNotARecentTitle) {
-    bruce_block();
+    song("Abba", "Waterloo");
+    song("Bruce Hornsby", "Mandolin Rain");
     const long next = song("Bruce Hornsby", "The Way It Is");
     song("Cher", "Believe");
+    station.BP_Artist = "Bruce";
+    station.BP_Count = 1;
     station.BP_Titles[4] = "Mando";
     EXPECT_EQ(pick(), next);
-    EXPECT_EQ(source(), "BPSort");
+    EXPECT_EQ(source, "BPSort");
     EXPECT_EQ(station.BP_Count, 2);
     EXPECT_EQ(station.BP_Titles[4], "The W");
 }
 
-TEST_F(BlockPartyTest, RecentBlockArtistOrATuesdayPairEndsTheBlock) {
-    bruce_block();
+TEST_F(BlockPartyTest, ArtistOfARecentBlockEndsTheScan) {
+    song("Abba", "Waterloo");
+    song("Bruce Hornsby", "Mandolin Rain");
+    station.BP_Artist = "Bruce";
     station.BP_Artists[0] = "Bruce";
+    station.BP_Count = 1;
     pick();
     // The rotation has no artist separation: either song may open the next block.
-    EXPECT_EQ(source(), "NormSel");
+    EXPECT_EQ(source, "NormSel");
     EXPECT_EQ(station.BP_Artists[4], "Bruce");
     EXPECT_EQ(station.BP_Count, 1);
+}
 
-    station.BP_Artists.fill("");
-    set_now(kNow - 1);  // Tuesday; the song not yet played is open
+TEST_F(BlockPartyTest, TuesdayBlockEndsAtTwoSongs) {
+    song("Abba", "Waterloo");
+    song("Bruce Hornsby", "Mandolin Rain");
+    set_now(kNow - 1);  // Tuesday
     station.BP_Tuesday = true;
     station.BP_Block = 5;
     station.BP_Artist = "Bruce";
     station.BP_Count = 2;
     pick();
-    EXPECT_EQ(source(), "NormSel");
+    EXPECT_EQ(source, "NormSel");
     EXPECT_EQ(station.BP_Count, 1);
 }
 

@@ -18,16 +18,12 @@ class CommitTest : public SelectionTest {
     void add_last_special() { add({{"Source", Value("Zz")}, {"Schedule Select", Value(0)}}); }
 };
 
-TEST_F(CommitTest, PickIsStampedCopiedIntoItsSlotAndCountedAgainstItsWeightedCategories) {
-    const long id = add({{"Speed", Value("ROCK")},
-                         {"Type", Value("AM")},
-                         {"How Many Today", Value(2)},
+TEST_F(CommitTest, PickIsStampedAndCopiedIntoItsSlot) {
+    const long id = add({{"How Many Today", Value(2)},
                          {"Total Request", Value(7)},
                          {"Size", Value(4)},
                          {"Mix Out", Value(5)},
                          {"StartVol", Value(-300)}});
-    set_weight("POP", "4");
-    set_weight("ROCK", "99");
     station.Look_Sched = 0.01;
     EXPECT_EQ(pick(), id);
     EXPECT_DOUBLE_EQ(field(id, "Last Played").number(), kNow);
@@ -45,9 +41,6 @@ TEST_F(CommitTest, PickIsStampedCopiedIntoItsSlotAndCountedAgainstItsWeightedCat
     EXPECT_EQ(station.Slot_Started[3], 0);
     EXPECT_EQ(station.Slot_Special[3], 0);
     EXPECT_EQ(main.Panel(5).Text, "1");
-    EXPECT_EQ(weight_count("POP"), "5");
-    EXPECT_EQ(weight_count("ROCK"), "99");
-    EXPECT_EQ(weight_count("AM"), "99");
 }
 
 TEST_F(CommitTest, PlaylistMarkerTurnsItsMembersIntoPriorityRequests) {
@@ -88,7 +81,7 @@ TEST_F(CommitTest, ChartedSongWaitsInTheHoldSlotBehindItsLead) {
 }
 
 TEST_F(CommitTest, NoLeadForAnotherFormatTheSeventhPlayerOrAMissingPosition) {
-    const long song = add({{"D40", Value(3)}, {"T40", Value(7)}, {"C40", Value(7)}});
+    const long song = add({{"D40", Value(3)}, {"T40", Value(7)}});
     add_lead("TopDance", "D40", 3, "d:\\leads\\lead.wav");
     add_last_special();
     station.MFilter = 1;
@@ -102,11 +95,48 @@ TEST_F(CommitTest, NoLeadForAnotherFormatTheSeventhPlayerOrAMissingPosition) {
     EXPECT_EQ(station.Lead_Pos, 3);
     set(song, "Last Played", Value::date(kNow - 1));
     set(song, "D40", Value(0));
-    EXPECT_EQ(pick(), song);  // position 7 has no lead; a tie keeps the earlier chart
+    EXPECT_EQ(pick(), song);  // Top 40 position 7 has no lead
     EXPECT_EQ(station.Lead_Pos, 7);
+    EXPECT_EQ(station.Slot_Ready[13], 0);
+}
+
+TEST_F(CommitTest, TieBetweenChartsKeepsTheEarlierOne) {
+    add({{"T40", Value(5)}, {"C40", Value(5)}});
+    pick();
     EXPECT_EQ(station.Lead_Type, "TopAC");
     EXPECT_EQ(station.Lead_Field, rec::C40);
-    EXPECT_EQ(station.Slot_Ready[13], 0);
+}
+
+TEST_F(CommitTest, SpecialRowCountsTowardsTheRunAndGetsNoLead) {
+    add({{"Source", Value("Snipit")}, {"T40", Value(2)}});
+    add_lead("Top40", "T40", 2);
+    add_last_special();
+    station.Snip_Max = 3;
+    station.Snip_Run = 1;
+    station.Lead_Pos = 0;
+    pick();
+    EXPECT_EQ(station.Slot_Special[3], 1);
+    EXPECT_EQ(station.Snip_Run, 2);
+    EXPECT_EQ(station.Lead_Pos, 0);
+}
+
+TEST_F(CommitTest, AcceptedPickCountsAgainstItsWeightedCategories) {
+    add({{"Category", Value("POP")}, {"Speed", Value("ROCK")}, {"Type", Value("AM")}});
+    Recordset weights = OpenRecordset(library, "DSearch");
+    for (; !weights.IsEOF(); weights.MoveNext()) {
+        const std::string name = weights.Fields("Category").text();
+        if (name != "POP" && name != "ROCK") continue;
+        weights.Edit();
+        weights.SetField("ExcludeFiles", Value(name == "POP" ? "4" : "99"));
+        weights.Update();
+    }
+    pick();
+    std::map<std::string, std::string> counts;
+    for (weights.Requery(); !weights.IsEOF(); weights.MoveNext())
+        counts[weights.Fields("Category").text()] = weights.Fields("ExcludeFiles").text();
+    EXPECT_EQ(counts["POP"], "5");
+    EXPECT_EQ(counts["ROCK"], "99");
+    EXPECT_EQ(counts["AM"], "99");
 }
 
 }  // namespace

@@ -8,6 +8,10 @@ namespace {
 
 class DriverTest : public SelectionTest {
   protected:
+    void SetUp() override {
+        SelectionTest::SetUp();
+        selection.hooks.on_pick = [this](const PickReport& report) { picks.push_back(report); };
+    }
     // Moves the clock on, so a row just played is past a zero minimum time.
     void later() { fake.clock.Advance(1000); }
 
@@ -21,6 +25,8 @@ class DriverTest : public SelectionTest {
         }
         ASSERT_TRUE(batch.commit());
     }
+
+    std::vector<PickReport> picks;
 };
 
 TEST_F(DriverTest, RandomStartAddsTheClockSecondsOrTakesThemAway) {
@@ -35,9 +41,20 @@ TEST_F(DriverTest, RandomStartAddsTheClockSecondsOrTakesThemAway) {
     EXPECT_EQ(station.Rnd_Start, draw + 30 > 99 ? draw - 30 : draw + 30);
 }
 
+TEST_F(DriverTest, TwoRowQueryAlwaysStartsAtOne) {
+    add();
+    add();
+    set_now(kNow + TimeSerial(0, 0, 5));
+    station.Sel_State = 3;
+    for (int run = 0; run < 3; ++run) {
+        selection.GetQry();
+        EXPECT_EQ(station.Rnd_Start, 1);
+    }
+}
+
 TEST_F(DriverTest, SecondRequestInTheListPlaysFirst) {
-    const long top = add({{"Sel", Value(5)}, {"Min Time Between Plays", at(0)}});
-    const long second = add({{"Sel", Value(2)}, {"Min Time Between Plays", at(0)}});
+    const long top = add({{"Sel", Value(5)}, {"Min Time Between Plays", Value::date(0)}});
+    const long second = add({{"Sel", Value(2)}, {"Min Time Between Plays", Value::date(0)}});
     EXPECT_EQ(pick(), second);
     EXPECT_EQ(main.Panel(8).Text, "1");
     later();
@@ -49,8 +66,10 @@ TEST_F(DriverTest, SecondRequestInTheListPlaysFirst) {
 
 TEST_F(DriverTest, LongRequestListSkipsEveryThirdRequestPass) {
     for (int i = 0; i < 11; ++i)
-        add({{"Sel", Value(9)}, {"Schedule Select", Value(0)}, {"Min Time Between Plays", at(0)}});
-    add({{"Min Time Between Plays", at(0)}});
+        add({{"Sel", Value(9)},
+             {"Schedule Select", Value(0)},
+             {"Min Time Between Plays", Value::date(0)}});
+    add({{"Min Time Between Plays", Value::date(0)}});
     station.Req_Open = 11;
     for (int run = 0; run < 3; ++run) {
         pick();
@@ -61,6 +80,13 @@ TEST_F(DriverTest, LongRequestListSkipsEveryThirdRequestPass) {
     EXPECT_EQ(picks[1].record_source, "SRequest");
     EXPECT_EQ(picks[2].record_source, "NormSel");
     EXPECT_EQ(station.Req_Skip, 0);
+}
+
+TEST_F(DriverTest, HeldRequestsWaitWhateverTheirPriority) {
+    add({{"Sel", Value(1005)}, {"Schedule Select", Value(0)}});
+    const long normal = add();
+    station.Req_Hold = 1;
+    EXPECT_EQ(pick(), normal);
 }
 
 TEST_F(DriverTest, LeastPlayedQueriesTakeTurnsWithTheirCaptions) {
@@ -174,6 +200,37 @@ TEST_F(DriverTest, EditorSortThatIsEmptyFallsBackToTitleSort) {
     ASSERT_EQ(data1.Recordset().RecordCount(), 2);
     EXPECT_EQ(data1.Recordset().Fields("Title").text(), "Apple");
     EXPECT_EQ(editor.MousePointer, 0);
+}
+
+TEST_F(DriverTest, SeventhPlayerTakesNoPromoNoShortClipAndNoFade) {
+    station.Ply7_On = 1;
+    add({{"Source", Value("Timed Promo")}, {"Schedule Select", Value(0)}});
+    add({{"Source", Value("Snipit")}, {"Length", Value::date(TimeSerial(0, 0, 20))}});
+    add({{"FadeIn", Value::boolean(true)}});
+    const long plain = add();
+    EXPECT_EQ(pick(14), plain);
+    EXPECT_EQ(picks.back().record_source, "NormSel");
+}
+
+TEST_F(DriverTest, TraceTellsWhyEachEarlierRowWasPassedOver) {
+    const long good = add();
+    add({{"Valid Start time", Value::date(TimeSerial(6, 0, 0))},
+         {"Valid End Time", Value::date(TimeSerial(7, 0, 0))},
+         {"Valid Start Time2", Value::date(TimeSerial(6, 0, 0))},
+         {"Valid End Time2", Value::date(TimeSerial(7, 0, 0))}});
+    std::vector<std::string> lines;
+    selection.hooks.trace = [&](const std::string& line) { lines.push_back(line); };
+    EXPECT_EQ(pick(), good);
+    const std::vector<std::string> expected = {
+        "GetNew for slot 3",
+        "source Timed Promo: no rows",
+        "source SRequest: no rows",
+        "source NormSel (state 3): 2 rows, sweep from 1",
+        "  row 2 at 1 \"Song 2 - Artist 2\": outside both time windows",
+        "  row 2 at 1 \"Song 2 - Artist 2\": outside both time windows",
+        "  row 1 at 0 \"Song 1 - Artist 1\": accepted",
+    };
+    EXPECT_EQ(lines, expected);
 }
 
 }  // namespace

@@ -9,51 +9,67 @@ namespace {
 // the run ends starved).
 class FilterTest : public SelectionTest {
   protected:
-    bool accepted(int slot = 3) {
-        picks.clear();
-        pick(slot);
-        return !picks.empty() && picks.back().way == PickReport::Way::Rules;
+    void SetUp() override {
+        SelectionTest::SetUp();
+        selection.hooks.on_pick = [this](const PickReport& report) { last = report; };
     }
-    static double today(int hour) { return 46092.0 + TimeSerial(hour, 0, 0); }
+    bool accepted(int slot = 3) {
+        last = PickReport{PickReport::Way::Starved, 0, 0, ""};
+        pick(slot);
+        return last.way == PickReport::Way::Rules;
+    }
+    PickReport last;
 };
 
-TEST_F(FilterTest, EqualStartAndEndMeanAllDayWindowTwoRescuesOneAndMidnightIsStrict) {
-    const long all_day = add({{"Valid Start time", at(9)}, {"Valid End Time", at(9)}});
+constexpr double kDay = 46092.0;
+double at(int hour) {
+    return kDay + TimeSerial(hour, 0, 0);
+}
+
+TEST_F(FilterTest, WindowAcrossMidnightIsStrictAtItsStart) {
+    add({{"Valid Start time", Value::date(TimeSerial(22, 0, 0))},
+         {"Valid End Time", Value::date(TimeSerial(2, 0, 0))},
+         {"Valid Start Time2", Value::date(TimeSerial(22, 0, 0))},
+         {"Valid End Time2", Value::date(TimeSerial(2, 0, 0))},
+         {"Min Time Between Plays", Value::date(0)}});
+    set_now(at(12));
+    EXPECT_FALSE(accepted());
+    set_now(at(22));
+    EXPECT_FALSE(accepted());
+    set_now(at(23));
+    EXPECT_TRUE(accepted());
+    set_now(at(1) + 1);
+    EXPECT_TRUE(accepted());
+}
+
+TEST_F(FilterTest, EqualStartAndEndMeanAllDayAndWindowTwoRescuesWindowOne) {
+    const long all_day = add({{"Valid Start time", Value::date(TimeSerial(9, 0, 0))},
+                              {"Valid End Time", Value::date(TimeSerial(9, 0, 0))}});
     EXPECT_TRUE(accepted());
     set(all_day, "Schedule Select", Value(0));
-    const long second = add({{"Valid Start time", at(6)},
-                             {"Valid End Time", at(7)},
-                             {"Valid Start Time2", at(13)},
-                             {"Valid End Time2", at(15)}});
-    EXPECT_TRUE(accepted());
-    set(second, "Schedule Select", Value(0));
-    add({{"Valid Start time", at(22)},
-         {"Valid End Time", at(2)},
-         {"Valid Start Time2", at(22)},
-         {"Valid End Time2", at(2)},
-         {"Min Time Between Plays", at(0)}});
-    set_now(today(12));
-    EXPECT_FALSE(accepted());
-    set_now(today(22));
-    EXPECT_FALSE(accepted());
-    set_now(today(23));
-    EXPECT_TRUE(accepted());
-    set_now(today(1) + 1);
+    add({{"Valid Start time", Value::date(TimeSerial(6, 0, 0))},
+         {"Valid End Time", Value::date(TimeSerial(7, 0, 0))},
+         {"Valid Start Time2", Value::date(TimeSerial(13, 0, 0))},
+         {"Valid End Time2", Value::date(TimeSerial(15, 0, 0))}});
     EXPECT_TRUE(accepted());
 }
 
 TEST_F(FilterTest, DayComesFromTheScheduleClockAndANullFlagDoesNotReject) {
-    const long id = add({{"Valid Wednesday", Value::boolean(false)}});
+    add({{"Valid Wednesday", Value::boolean(false)}});
     EXPECT_FALSE(accepted());
     station.Clock_Sched = kNow + 1;  // the look-ahead reaches Thursday
     EXPECT_TRUE(accepted());
-    set(id, "Valid Thursday", Value());
+    Recordset table = OpenRecordset(library, "Recordings1");
+    table.Edit();
+    table.SetField("Valid Thursday", Value());
+    table.Update();
     set_now(kNow + 0.2);
     EXPECT_TRUE(accepted());
 }
 
 TEST_F(FilterTest, MinimumTimeIsStrictAndANullLastPlayedNeverPasses) {
-    const long id = add({{"Min Time Between Plays", at(0)}, {"Last Played", Value::date(kNow)}});
+    const long id =
+        add({{"Min Time Between Plays", Value::date(0)}, {"Last Played", Value::date(kNow)}});
     EXPECT_FALSE(accepted());
     fake.clock.Advance(1000);
     EXPECT_TRUE(accepted());
@@ -94,7 +110,7 @@ TEST_F(FilterTest, ChartedRowPlaysToTwiceItsLimitButNotInTheSeventhPlayer) {
                          {"How Many Today", Value(5)},
                          {"Max Play Day", Value(3)},
                          {"Daily Reset", Value::date(kNow + 0.5)},
-                         {"Length", at(0, 3)}});
+                         {"Length", Value::date(TimeSerial(0, 3, 0))}});
     EXPECT_TRUE(accepted());
     EXPECT_EQ(station.Two_X, 1);
     EXPECT_EQ(station.Power_Ctr, 8);
@@ -106,30 +122,33 @@ TEST_F(FilterTest, ChartedRowPlaysToTwiceItsLimitButNotInTheSeventhPlayer) {
     EXPECT_FALSE(accepted());
 }
 
-TEST_F(FilterTest, RequestIgnoresOtherRulesCountsDownAndAWebRequestWaitsHalfAnHour) {
+TEST_F(FilterTest, RequestIgnoresDaysWindowsAndLimitsAndUsesUpAPriority) {
     const long id = add({{"Sel", Value(60)},
                          {"Schedule Select", Value(0)},
                          {"Valid Wednesday", Value::boolean(false)},
                          {"How Many Today", Value(9)},
                          {"Max Play Day", Value(1)},
-                         {"Daily Reset", Value::date(kNow + 1)},
-                         {"Min Time Between Plays", at(0)}});
+                         {"Daily Reset", Value::date(kNow + 1)}});
     EXPECT_TRUE(accepted());
-    EXPECT_EQ(picks.back().record_source, "SRequest");
+    EXPECT_EQ(last.record_source, "SRequest");
     EXPECT_EQ(field(id, "Sel").number(), 0);
     EXPECT_EQ(station.Req_Open, 1);
-    set(id, "Sel", Value(3));
-    set(id, "How Many Today", Value(0));
-    fake.clock.Advance(1000);
+}
+
+TEST_F(FilterTest, RequestCountsDownButARecordPlayedSixTimesTodayLosesAll) {
+    const long id = add({{"Sel", Value(3)}, {"Min Time Between Plays", Value::date(0)}});
     EXPECT_TRUE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 2);
-    set(id, "How Many Today", Value(6));  // played six times today: all priority goes
+    set(id, "How Many Today", Value(6));
     fake.clock.Advance(1000);
     EXPECT_TRUE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 0);
-    set(id, "Sel", Value(1));
-    set(id, "How Many Today", Value(0));
-    set(id, "AccessDate", Value::date(kNow - TimeSerial(0, 10, 0)));
+}
+
+TEST_F(FilterTest, WebRequestWaitsHalfAnHour) {
+    const long id = add({{"Sel", Value(1)},
+                         {"Schedule Select", Value(0)},
+                         {"AccessDate", Value::date(kNow - TimeSerial(0, 10, 0))}});
     EXPECT_FALSE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 1);
     set_now(kNow + TimeSerial(0, 21, 0));
@@ -148,18 +167,36 @@ TEST_F(FilterTest, SnipitRunLimitHoldsUntilANormalRowPlays) {
     EXPECT_TRUE(accepted());
 }
 
+TEST_F(FilterTest, SameFormatSetPassesSystemRecords) {
+    station.MFilter = 1;
+    station.Set_Format = "mp3";
+    const long wav = add({{"Long title", Value("d:\\music\\a.wav")}});
+    EXPECT_FALSE(accepted(2));
+    set(wav, "Long title", Value("QXsystem.wav"));
+    EXPECT_TRUE(accepted(2));
+    set(wav, "Long title", Value("d:\\music\\a.wav"));
+    fake.clock.Advance(2 * 3600 * 1000);
+    EXPECT_TRUE(accepted(1));  // slot 1 opens a new set
+    EXPECT_EQ(station.Set_Format, "wav");
+}
+
 TEST_F(FilterTest, TimedPromoPlaysOnTheLookAheadClockEvenUnscheduled) {
     const long promo = add({{"Source", Value("Timed Promo")},
                             {"Schedule Select", Value(0)},
-                            {"Min Time Between Plays", at(0, 30)},
+                            {"Min Time Between Plays", Value::date(TimeSerial(0, 30, 0))},
                             {"Last Played", Value::date(kNow - TimeSerial(0, 40, 0))}});
     station.Clock_Play = kNow - TimeSerial(0, 15, 0);  // frozen by an earlier check
     EXPECT_FALSE(accepted());
     station.Clock_Play = kNow;
     EXPECT_TRUE(accepted());
-    EXPECT_EQ(picks.back().rec_id, promo);
-    EXPECT_EQ(picks.back().record_source, "Timed Promo");
+    EXPECT_EQ(last.rec_id, promo);
+    EXPECT_EQ(last.record_source, "Timed Promo");
     EXPECT_EQ(station.Sel_State, 0);
+}
+
+TEST_F(FilterTest, UnscheduledNormalRowNeverPassesTheRules) {
+    add({{"Schedule Select", Value(0)}});
+    EXPECT_FALSE(accepted());
 }
 
 }  // namespace

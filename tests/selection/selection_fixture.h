@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
@@ -23,9 +24,10 @@
 
 namespace tavora {
 
-using Fields = std::vector<std::pair<const char*, Value>>;
+using Fields = std::initializer_list<std::pair<const char*, Value>>;
 
-// Fresh library and settings files, a virtual clock and no look-ahead, so
+// A library and settings file in a fresh install folder, the selection
+// windows on a virtual clock, and a station whose look-ahead is zero, so
 // the rules judge the clock's own moment.
 class SelectionTest : public ::testing::Test {
   protected:
@@ -48,77 +50,55 @@ class SelectionTest : public ::testing::Test {
         station.Clock_Play = station.Clock_Sched = kNow;
         types.Form_Initialize();
         schedule.Form_Load();
-        selection.hooks.on_pick = [this](const PickReport& report) { picks.push_back(report); };
     }
 
-    static Value at(int hour, int minute = 0) { return Value::date(TimeSerial(hour, minute, 0)); }
+    double now() const { return fake.clock.Now(); }
     void set_now(double date) { fake.clock.Set(date); }
 
-    // A record every rule lets through, with the fields given on top.
+    // A normal record that every rule lets through, with the fields given
+    // on top; its RecID.
     long add(Fields fields = {}) {
         Recordset table = OpenRecordset(library, "Recordings1");
         table.AddNew();
-        const std::string n = std::to_string(++added_);
-        const Value no = Value::boolean(false);
-        const Fields normal = {{"Title", Value("Song " + n)},
-                               {"Artist", Value("Artist " + n)},
-                               {"Long title", Value("d:\\music\\song" + n + ".mp3")},
-                               {"Category", Value("POP")},
-                               {"Min Time Between Plays", at(1)},
-                               {"Last Played", Value::date(kNow - 10)},
-                               {"Max Play Day", Value(50)},
-                               {"Max Play Week", Value(50)},
-                               {"Max Month", Value(50)},
-                               {"Schedule Select", Value(1)},
-                               {"Length", at(0, 3)},
-                               {"FadeIn", no}};
-        for (const auto& [name, value] : normal)
-            table.SetField(name, value);
+        const int n = ++added_;
+        const Value yes = Value::boolean(true);
+        table.SetField("Title", Value("Song " + std::to_string(n)));
+        table.SetField("Artist", Value("Artist " + std::to_string(n)));
+        table.SetField("Long title", Value("d:\\music\\song" + std::to_string(n) + ".mp3"));
+        table.SetField("Category", Value("POP"));
+        table.SetField("Min Time Between Plays", Value::date(TimeSerial(1, 0, 0)));
+        table.SetField("Last Played", Value::date(kNow - 10));
+        for (const char* limit : {"Max Play Day", "Max Play Week", "Max Month"})
+            table.SetField(limit, Value(50));
         for (const char* day : {"Valid Monday", "Valid Tuesday", "Valid Wednesday",
                                 "Valid Thursday", "Valid Friday", "Valid Saturday", "Valid Sunday"})
-            table.SetField(day, Value::boolean(true));
+            table.SetField(day, yes);
+        table.SetField("Schedule Select", Value(1));
+        table.SetField("Length", Value::date(TimeSerial(0, 3, 0)));
+        table.SetField("FadeIn", Value::boolean(false));
+        table.SetField("FadeOut", Value::boolean(false));
         for (const auto& [name, value] : fields)
             EXPECT_TRUE(table.SetField(name, value)) << name;
         EXPECT_TRUE(table.Update()) << table.error();
         return static_cast<long>(table.LastModified().number());
     }
 
-    Recordset row(long rec_id) {
-        Recordset table = OpenRecordset(library, "Recordings1");
-        while (!table.IsEOF() && table.Fields("RecID").number() != rec_id)
-            table.MoveNext();
-        return table;
-    }
     Value field(long rec_id, const char* name) {
-        Recordset table = row(rec_id);
-        return table.IsEOF() ? Value() : table.Fields(name);
-    }
-    void set(long rec_id, const char* name, const Value& value) {
-        Recordset table = row(rec_id);
-        ASSERT_FALSE(table.IsEOF());
-        table.Edit();
-        table.SetField(name, value);
-        EXPECT_TRUE(table.Update());
+        Recordset table = OpenRecordset(library, "Recordings1");
+        for (; !table.IsEOF(); table.MoveNext()) {
+            if (table.Fields("RecID").number() == rec_id) return table.Fields(name);
+        }
+        return Value();
     }
 
-    // A category's weight row: its count, and its weight when given.
-    void set_weight(const std::string& category, const char* count, const char* weight = nullptr) {
-        Recordset table = OpenRecordset(library, "DSearch");
+    void set(long rec_id, const char* name, const Value& value) {
+        Recordset table = OpenRecordset(library, "Recordings1");
         for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("Category").text() != category) continue;
+            if (table.Fields("RecID").number() != rec_id) continue;
             table.Edit();
-            if (weight) table.SetField("ValidFiles", Value(weight));
-            table.SetField("ExcludeFiles", Value(count));
+            table.SetField(name, value);
             table.Update();
         }
-    }
-    std::string weight_count(const std::string& category) {
-        Recordset table = OpenRecordset(library, "DSearch");
-        for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("Category").text() == category)
-                return table.Fields("ExcludeFiles").text();
-        }
-        return "";
     }
 
     // Fills a slot as the player side does and gives the RecID it got.
@@ -138,7 +118,6 @@ class SelectionTest : public ::testing::Test {
     frmTypeLookup types{station, fake.services, pool};
     Selection selection{station, fake.services, pool, main, loading, types};
     frmSchedule1 schedule{station, fake.services, pool, main, types, setup};
-    std::vector<PickReport> picks;
     int added_ = 0;
 };
 
