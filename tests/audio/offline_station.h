@@ -71,6 +71,13 @@ class OfflineStation {
         return out;
     }
 
+    // Renders `frames` and also keeps them at the end of `kept`.
+    std::vector<float> render(std::size_t frames, std::vector<float>& kept) {
+        auto part = render(frames);
+        kept.insert(kept.end(), part.begin(), part.end());
+        return part;
+    }
+
     // Plays to the end, or `limit` seconds of output; returns the seconds it took.
     double play_out(Player& player, double limit = 60) {
         player.play();
