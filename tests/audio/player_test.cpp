@@ -46,7 +46,7 @@ TEST(Player, OpenDoesNotWaitAndThenTellsTheLength) {
     EXPECT_TRUE(seen.changes.empty());  // opening is not a play-state change
 }
 
-TEST(Player, PlaysTheSelectionToItsFrameAndStopsByItself) {
+TEST(Player, PlaysTheSelectionToItsFrameAndStopGoesBackToItsStart) {
     OfflineStation station;
     auto player = station.open("index.wav");
     Recorded seen(*player);
@@ -68,20 +68,13 @@ TEST(Player, PlaysTheSelectionToItsFrameAndStopsByItself) {
     player->play();
     const auto again = station.render(1000);
     EXPECT_EQ(index_at(again, 500), 24500);
-}
 
-TEST(Player, StopGoesBackToTheSelectionStartAndIsTold) {
-    OfflineStation station;
-    auto player = station.open("index.wav");
-    Recorded seen(*player);
-    player->SelectionStart(2.0);
-    player->play();
-    station.render(4800);
+    // Stop goes back to the selection's start, is told, and falls silent.
     player->Stop();
     station.run_events();
     EXPECT_EQ(player->PlayState(), Player::kStopped);
-    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 2.0);
-    ASSERT_FALSE(seen.changes.empty());
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 0.5);
+    ASSERT_EQ(seen.changes.size(), 4u);
     EXPECT_EQ(seen.changes.back(), std::make_pair(2, 0));
     const auto silent = station.render(1000);
     EXPECT_EQ(index_at(silent, 999), 0);
