@@ -99,18 +99,15 @@ TEST_F(RollOver, TuesdayRuleTurnsTheBlockPartyOnOnlyOnATuesday) {
 
 TEST_F(RollOver, NineDaysOffShiftTheWeekOnce) {
     add_rows(1);
-    {
-        Recordset table;
-        ASSERT_TRUE(table.Open(library, "Recordings1"));
-        table.Edit();
-        table.SetField("RTW", Value(5));
-        for (int week = 0; week < 4; ++week)
-            table.SetField(59 + week, Value(4 - week));
-        table.Update();
-    }
-    Roll_Over(station, installed + 9, setup, library);
     Recordset table;
     ASSERT_TRUE(table.Open(library, "Recordings1"));
+    table.Edit();
+    table.SetField("RTW", Value(5));
+    for (int week = 0; week < 4; ++week)
+        table.SetField(59 + week, Value(4 - week));
+    ASSERT_TRUE(table.Update());
+    Roll_Over(station, installed + 9, setup, library);
+    table.Requery();
     EXPECT_EQ(table.Fields("RTW").number(), 0);
     for (int week = 0; week < 4; ++week)
         EXPECT_EQ(table.Fields(59 + week).number(), 5 - week) << week;
