@@ -5,6 +5,13 @@
 #include <cstring>
 
 namespace tavora::audio {
+namespace {
+
+// A mixer waiting for data (offline only) is woken once a quarter of the ring is ready,
+// not for every block: a wake-up per block cost more than the mixing.
+constexpr std::size_t kWakeBlocks = kRingBlocks / 4;
+
+}  // namespace
 
 Feeder::Feeder(SpscRing<Block>& ring, OnOpened on_opened)
     : ring_(ring),
@@ -121,7 +128,7 @@ void Feeder::end_generation() {
             block->gen = gen_;
             block->frames = 0;
             block->last = true;
-            ring_.publish();
+            hand_over(*block);
             return;
         }
         std::unique_lock lock(mutex_);
@@ -141,7 +148,7 @@ void Feeder::produce() {
         block->gen = gen_;
         block->frames = static_cast<std::uint32_t>(got);
         block->last = got < kBlockFrames;
-        ring_.publish();
+        hand_over(*block);
         if (got < kBlockFrames) producing_ = false;
         return;
     }
@@ -164,8 +171,14 @@ void Feeder::produce() {
     block->frames = static_cast<std::uint32_t>(n);
     const bool last = input_done_ && staged_frames() == 0;
     block->last = last;
-    ring_.publish();
+    hand_over(*block);
     if (last) producing_ = false;
+}
+
+void Feeder::hand_over(const Block& block) {
+    const bool last = block.last;
+    ring_.publish();
+    if (last || ring_.filled() >= kWakeBlocks) ring_.notify_consumer();
 }
 
 }  // namespace tavora::audio

@@ -26,9 +26,14 @@ class SpscRing {
         if (head - tail_.load(std::memory_order_acquire) >= capacity_) return nullptr;
         return &slots_[head % capacity_];
     }
-    void publish() {
-        head_.fetch_add(1, std::memory_order_release);
-        head_.notify_all();
+    // Sequentially consistent, with the flag below: either the producer sees a consumer
+    // about to wait, or that consumer sees the new slot.
+    void publish() { head_.fetch_add(1); }
+    // Wakes a consumer blocked in wait_for_publish(), if there is one. Kept apart from
+    // publish() so a producer can hand over many slots for one wake-up: each wake-up is
+    // a system call.
+    void notify_consumer() {
+        if (consumer_waiting_.load()) head_.notify_all();
     }
     bool push(T value) {
         T* slot = reserve();
@@ -37,10 +42,10 @@ class SpscRing {
         publish();
         return true;
     }
-    std::size_t free_slots() const {
-        return capacity_ -
-               (head_.load(std::memory_order_relaxed) - tail_.load(std::memory_order_acquire));
+    std::size_t filled() const {
+        return head_.load(std::memory_order_relaxed) - tail_.load(std::memory_order_acquire);
     }
+    std::size_t free_slots() const { return capacity_ - filled(); }
 
     // Consumer side.
     T* front() {
@@ -56,8 +61,12 @@ class SpscRing {
         release();
         return true;
     }
-    // Blocks until the producer publishes again; only for consumers that may wait.
-    void wait_for_publish(std::size_t seen) const { head_.wait(seen, std::memory_order_acquire); }
+    // Blocks until the producer publishes and notifies; only for consumers that may wait.
+    void wait_for_publish(std::size_t seen) {
+        consumer_waiting_.store(true);
+        if (head_.load() == seen) head_.wait(seen);
+        consumer_waiting_.store(false);
+    }
     std::size_t published() const { return head_.load(std::memory_order_acquire); }
 
   private:
@@ -65,6 +74,7 @@ class SpscRing {
     std::size_t capacity_;
     alignas(64) std::atomic<std::size_t> head_{0};  // written by the producer only
     alignas(64) std::atomic<std::size_t> tail_{0};  // written by the consumer only
+    std::atomic<bool> consumer_waiting_{false};
 };
 
 }  // namespace tavora::audio
