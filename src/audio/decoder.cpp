@@ -1,7 +1,6 @@
 #include "audio/decoder.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <mutex>
 
@@ -55,6 +54,15 @@ int interrupted(void* opaque) {
     return static_cast<const std::atomic<bool>*>(opaque)->load(std::memory_order_relaxed) ? 1 : 0;
 }
 
+// Branch-free so the compiler can vectorise it: it runs over every decoded float sample.
+void zero_non_finite(float* samples, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint32_t bits = 0;
+        std::memcpy(&bits, &samples[i], sizeof bits);
+        samples[i] = (bits & 0x7f800000u) == 0x7f800000u ? 0.0f : samples[i];
+    }
+}
+
 bool is_network(const std::string& url) {
     return url.find("://") != std::string::npos;
 }
@@ -104,6 +112,18 @@ struct Decoder::Input {
         }
     }
 
+    // To the packet at or before `target` (stream time), with the codec emptied.
+    bool seek_to(std::int64_t target) {
+        if (av_seek_frame(format.get(), stream->index, target, AVSEEK_FLAG_BACKWARD) < 0) {
+            return false;
+        }
+        avcodec_flush_buffers(codec.get());
+        if (packet_held) av_packet_unref(packet.get());
+        packet_held = false;
+        demux_done = false;
+        return true;
+    }
+
     bool ensure_resampler() {
         const AVFrame* f = frame.get();
         if (resampler && resampler_format == f->format && resampler_rate == f->sample_rate &&
@@ -148,7 +168,6 @@ bool Decoder::is_open() const {
 void Decoder::close() {
     in_.reset();
     pending_.clear();
-    pending_read_ = 0;
     length_ = 0;
 }
 
@@ -173,6 +192,9 @@ bool Decoder::open_input(const std::string& url) {
         return false;
     }
     in->format.reset(format);
+    // WAV data labelled PCM is probed in case it really holds MP3 or AC-3. FFmpeg would
+    // look through 128 KB of it at every open; such data shows itself within a few frames.
+    if (std::strcmp(format->iformat->name, "wav") == 0) format->probesize = 32 * 1024;
     const int info = avformat_find_stream_info(format, nullptr);
     if (info < 0) {
         error_ = "Cannot read " + url + ": " + describe(info);
@@ -204,7 +226,6 @@ bool Decoder::open_input(const std::string& url) {
     }
     in_ = std::move(in);
     pending_.clear();
-    pending_read_ = 0;
     pending_frame_ = 0;
     discard_until_ = 0;
     resync_ = true;
@@ -227,7 +248,7 @@ OpenResult Decoder::open(const std::string& url, const std::atomic<bool>* abort)
         return {aborted() ? OpenStatus::Aborted : OpenStatus::Failed, error_};
     }
     // Containers often count encoder delay and padding in their length, so a local file
-    // is measured by decoding its last seconds.
+    // is measured by decoding its end.
     std::int64_t length = 0;
     const AVStream* stream = in_->stream;
     if (stream->duration != AV_NOPTS_VALUE) {
@@ -253,14 +274,21 @@ OpenResult Decoder::open(const std::string& url, const std::atomic<bool>* abort)
     return {OpenStatus::Succeeded, {}};
 }
 
+// The last second is enough to find the end; an estimate that overshoots the end by more
+// than that gets a wider look.
 std::int64_t Decoder::measure_length(std::int64_t estimate) {
-    Input& in = *in_;
-    const std::int64_t from = std::max<std::int64_t>(estimate - 5 * kRate, 0);
-    const std::int64_t target = origin_pts_ + av_rescale_q(from, kFrameTime, in.stream->time_base);
-    if (av_seek_frame(in.format.get(), in.stream->index, target, AVSEEK_FLAG_BACKWARD) < 0) {
-        return 0;
+    for (std::int64_t window = kRate; window <= 64 * kRate; window *= 8) {
+        if (const std::int64_t end = measure_end_from(std::max<std::int64_t>(estimate - window, 0)))
+            return end;
+        if (estimate <= window) break;
     }
-    avcodec_flush_buffers(in.codec.get());
+    return 0;
+}
+
+std::int64_t Decoder::measure_end_from(std::int64_t from) {
+    Input& in = *in_;
+    const std::int64_t target = origin_pts_ + av_rescale_q(from, kFrameTime, in.stream->time_base);
+    if (!in.seek_to(target)) return 0;
     std::int64_t end = 0;
     bool stamped = false;
     while (in.next_frame(abort_)) {
@@ -289,15 +317,14 @@ bool Decoder::decode_more() {
     if (in_->resampler) {
         const int extra = swr_get_out_samples(in_->resampler.get(), 0);
         if (extra > 0) {
-            const std::size_t at = pending_.size();
-            pending_.resize(at + static_cast<std::size_t>(extra) * kChannels);
-            auto* out = reinterpret_cast<std::uint8_t*>(pending_.data() + at);
+            auto* out =
+                reinterpret_cast<std::uint8_t*>(pending_.room(static_cast<std::size_t>(extra)));
             const int got = swr_convert(in_->resampler.get(), &out, extra, nullptr, 0);
-            pending_.resize(at + static_cast<std::size_t>(std::max(got, 0)) * kChannels);
+            pending_.commit(static_cast<std::size_t>(std::max(got, 0)));
         }
     }
     ended_ = true;
-    return pending_.size() > pending_read_ * kChannels;
+    return pending_.size() > 0;
 }
 
 void Decoder::take_frame() {
@@ -314,7 +341,6 @@ void Decoder::take_frame() {
             at = discard_until_ + 1;  // unknown: treat as a miss so the seek falls back
         }
         pending_.clear();
-        pending_read_ = 0;
         pending_frame_ = at;
         if (at > discard_until_) overshoot_ = at;
         resync_ = false;
@@ -323,22 +349,21 @@ void Decoder::take_frame() {
         av_frame_unref(f);
         return;
     }
-    if (pending_read_ > 0) {
-        pending_.erase(pending_.begin(),
-                       pending_.begin() + static_cast<std::ptrdiff_t>(pending_read_ * kChannels));
-        pending_read_ = 0;
+    const int room = std::max(swr_get_out_samples(in.resampler.get(), f->nb_samples), 0);
+    float* converted = pending_.room(static_cast<std::size_t>(room));
+    auto* out = reinterpret_cast<std::uint8_t*>(converted);
+    const int got =
+        std::max(swr_convert(in.resampler.get(), &out, room,
+                             const_cast<const std::uint8_t**>(f->extended_data), f->nb_samples),
+                 0);
+    // A damaged float file can hold NaN or infinities, which would poison the whole mix;
+    // integer samples can't.
+    const auto source = static_cast<AVSampleFormat>(f->format);
+    if (av_get_packed_sample_fmt(source) == AV_SAMPLE_FMT_FLT ||
+        av_get_packed_sample_fmt(source) == AV_SAMPLE_FMT_DBL) {
+        zero_non_finite(converted, static_cast<std::size_t>(got) * kChannels);
     }
-    const int room = swr_get_out_samples(in.resampler.get(), f->nb_samples);
-    const std::size_t at = pending_.size();
-    pending_.resize(at + static_cast<std::size_t>(std::max(room, 0)) * kChannels);
-    auto* out = reinterpret_cast<std::uint8_t*>(pending_.data() + at);
-    const int got = swr_convert(in.resampler.get(), &out, room,
-                                const_cast<const std::uint8_t**>(f->extended_data), f->nb_samples);
-    pending_.resize(at + static_cast<std::size_t>(std::max(got, 0)) * kChannels);
-    // A damaged float file can hold NaN or infinities, which would poison the whole mix.
-    for (auto it = pending_.begin() + static_cast<std::ptrdiff_t>(at); it != pending_.end(); ++it) {
-        if (!std::isfinite(*it)) *it = 0.0f;
-    }
+    pending_.commit(static_cast<std::size_t>(got));
     av_frame_unref(f);
 }
 
@@ -350,16 +375,9 @@ bool Decoder::seek_near(std::int64_t frame, std::int64_t preroll) {
         target = in.stream->start_time != AV_NOPTS_VALUE ? std::min(in.stream->start_time, target)
                                                          : target;
     }
-    if (av_seek_frame(in.format.get(), in.stream->index, target, AVSEEK_FLAG_BACKWARD) < 0) {
-        return false;
-    }
-    avcodec_flush_buffers(in.codec.get());
+    if (!in.seek_to(target)) return false;
     in.resampler.reset();
-    if (in.packet_held) av_packet_unref(in.packet.get());
-    in.packet_held = false;
-    in.demux_done = false;
     pending_.clear();
-    pending_read_ = 0;
     discard_until_ = frame;
     resync_ = true;
     ended_ = false;
@@ -393,24 +411,21 @@ bool Decoder::seek(std::int64_t frame) {
 std::size_t Decoder::read(float* out, std::size_t frames) {
     std::size_t done = 0;
     while (done < frames) {
-        const std::size_t available = pending_.size() / kChannels - pending_read_;
+        const std::size_t available = pending_.size();
         if (available == 0) {
-            pending_.clear();
-            pending_read_ = 0;
             if (!decode_more()) break;
             continue;
         }
         if (pending_frame_ < discard_until_) {
             const auto skip = static_cast<std::size_t>(std::min<std::int64_t>(
                 static_cast<std::int64_t>(available), discard_until_ - pending_frame_));
-            pending_read_ += skip;
+            pending_.drop(skip);
             pending_frame_ += static_cast<std::int64_t>(skip);
             continue;
         }
         const std::size_t n = std::min(available, frames - done);
-        std::memcpy(out + done * kChannels, pending_.data() + pending_read_ * kChannels,
-                    n * kChannels * sizeof(float));
-        pending_read_ += n;
+        std::memcpy(out + done * kChannels, pending_.data(), n * kChannels * sizeof(float));
+        pending_.drop(n);
         pending_frame_ += static_cast<std::int64_t>(n);
         done += n;
     }

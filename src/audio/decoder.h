@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "audio/frame_queue.h"
+
 namespace tavora::audio {
 
 enum class OpenStatus { Succeeded, Aborted, Failed };
@@ -45,6 +47,7 @@ class Decoder {
 
     bool open_input(const std::string& url);
     std::int64_t measure_length(std::int64_t estimate);
+    std::int64_t measure_end_from(std::int64_t frame);
     bool decode_more();
     bool position_from(std::int64_t pts, std::int64_t* frame) const;
     void take_frame();
@@ -59,9 +62,8 @@ class Decoder {
     bool origin_known_ = false;
     bool resync_ = true;  // the next decoded frame sets the position from its time stamp
     bool ended_ = false;
-    std::vector<float> pending_;  // converted frames not yet read
-    std::size_t pending_read_ = 0;
-    std::int64_t pending_frame_ = 0;  // position of pending_[pending_read_]
+    FrameQueue pending_;              // converted frames not yet read
+    std::int64_t pending_frame_ = 0;  // position of the first of them
     std::int64_t discard_until_ = 0;  // frames before this one are dropped (seek, preroll)
     std::int64_t overshoot_ = -1;     // set when a seek landed past its target
 };

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <fstream>
+#include <iterator>
+#include <string>
 #include <vector>
 
 #include "audio/format.h"
@@ -100,6 +103,36 @@ TEST(Decoder, BadInputFailsWithAClearMessage) {
 
     // A picture alone has no sound to play.
     EXPECT_EQ(decoder.open(media("no-sound.avi")).status, OpenStatus::Failed);
+}
+
+// A float WAV cut short after its first second, with damage in what is left: the header
+// still says four seconds, but the length is what the file holds, and the samples that
+// aren't numbers come out as silence while their neighbours are untouched.
+TEST(Decoder, DamagedWavPlaysWhatItHolds) {
+    std::ifstream in(media("index.wav"), std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    const std::size_t data = bytes.find("data") + 8;
+    ASSERT_GT(data, 8u);
+    bytes.resize(data + kRate * kChannels * sizeof(float));
+    const std::uint32_t poison[] = {0x7fc00000u, 0x7f800000u, 0xff800000u};  // NaN, +Inf, -Inf
+    const std::size_t poisoned_frame = 1000;
+    for (std::size_t i = 0; i < 3; ++i) {
+        std::memcpy(&bytes[data + (poisoned_frame + i) * kChannels * sizeof(float)], &poison[i],
+                    sizeof(float));
+    }
+    const std::string path = media("cut-short.wav");
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+
+    Decoder decoder;
+    ASSERT_EQ(decoder.open(path).status, OpenStatus::Succeeded);
+    EXPECT_EQ(decoder.length(), kRate);
+    const std::vector<float> all = read_all(decoder);
+    ASSERT_EQ(all.size(), std::size_t{kRate} * kChannels);
+    for (std::size_t frame = poisoned_frame; frame < poisoned_frame + 3; ++frame) {
+        EXPECT_EQ(all[frame * kChannels], 0.0f) << frame;
+    }
+    EXPECT_FLOAT_EQ(all[(poisoned_frame + 3) * kChannels], (poisoned_frame + 3) / 1048576.0f);
+    EXPECT_FLOAT_EQ(all[poisoned_frame * kChannels + 1], 0.25f);
 }
 
 }  // namespace
