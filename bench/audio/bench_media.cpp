@@ -31,8 +31,8 @@ std::string make_media(const std::string& name, const std::string& codec_args) {
     const std::string command =
         "ffmpeg -nostdin -hide_banner -loglevel error -y -f lavfi -i "
         "\"aevalsrc=0.3*sin(2*PI*440*t)+0.2*sin(2*PI*554.4*t)+0.05*(random(0)-0.5)|"
-        "0.3*sin(2*PI*660*t)+0.2*sin(2*PI*329.6*t)+0.05*(random(1)-0.5):s=44100:d=60\" " +
-        codec_args + " \"" + path + "\"";
+        "0.3*sin(2*PI*660*t)+0.2*sin(2*PI*329.6*t)+0.05*(random(1)-0.5):s=44100:d=" +
+        std::to_string(static_cast<int>(kMediaSeconds)) + "\" " + codec_args + " \"" + path + "\"";
     return std::system(command.c_str()) == 0 ? path : std::string();
 }
 

@@ -7,6 +7,8 @@
 
 namespace tavora::audio::bench {
 
+inline constexpr double kMediaSeconds = 60;
+
 // A minute of music-like sound in the given container and codec, made once per run by
 // the ffmpeg command in a temporary folder; the path, or "" if ffmpeg failed.
 std::string make_media(const std::string& name, const std::string& codec_args);

@@ -1,8 +1,11 @@
 // Decoding a minute of each format through the engine's decoder (to 48 kHz stereo
 // float), against the ffmpeg command decoding the same file on one thread. "ratio" is
-// ffmpeg's time over ours: 1 is as fast, above 1 faster.
+// ffmpeg's time over ours: 1 is as fast, above 1 faster. Both sides are the fastest of
+// their runs. Ours includes opening the file and measuring its exact length; ffmpeg's
+// -benchmark time starts after its input is open.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <chrono>
 #include <vector>
 
@@ -21,8 +24,9 @@ void decode(benchmark::State& state, const char* name, const char* codec_args) {
     }
     std::vector<float> buffer(4096 * kChannels);
     double frames = 0;
-    const auto start = std::chrono::steady_clock::now();
+    double ours = 1e9;  // the fastest run, as for ffmpeg: this machine is shared
     for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
         Decoder decoder;
         if (decoder.open(path).status != OpenStatus::Succeeded) {
             state.SkipWithError("open failed");
@@ -30,10 +34,9 @@ void decode(benchmark::State& state, const char* name, const char* codec_args) {
         }
         while (std::size_t got = decoder.read(buffer.data(), 4096))
             frames += got;
+        ours = std::min(
+            ours, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }
-    const double ours =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() /
-        static_cast<double>(state.iterations());
     const double theirs = ffmpeg_decode_seconds(path);
     state.counters["audio_s"] = frames / kRate / static_cast<double>(state.iterations());
     state.counters["ffmpeg_s"] = theirs;

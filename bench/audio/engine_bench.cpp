@@ -37,7 +37,9 @@ std::vector<std::shared_ptr<Player>> start_seven(Engine& engine,
 }
 
 // Seven players mixed offline; "x_realtime_per_core" is seconds of audio per second of
-// CPU used by the whole process (decoder threads included).
+// CPU used by the whole process (decoder threads included). "ffmpeg_alone_x" is the
+// same measure for the ffmpeg command decoding the seven files and nothing else (no
+// resampling, no mixing): the ceiling on this CPU.
 void offline_seven(benchmark::State& state, const std::vector<std::string>& files) {
     Posted posted;
     Engine engine(OutputKind::Offline, posted.poster());
@@ -63,6 +65,10 @@ void offline_seven(benchmark::State& state, const std::vector<std::string>& file
     const double cpu = process_cpu_seconds() - cpu_before;
     state.counters["x_realtime_per_core"] = frames / kRate / cpu;
     state.counters["audio_s"] = frames / kRate;
+    double ffmpeg_seconds = 0;
+    for (const auto& file : files)
+        ffmpeg_seconds += ffmpeg_decode_seconds(file);
+    state.counters["ffmpeg_alone_x"] = kMediaSeconds / ffmpeg_seconds;
 }
 void BM_OfflineSevenFormats(benchmark::State& state) {
     offline_seven(state, seven_files());
