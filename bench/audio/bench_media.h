@@ -40,8 +40,9 @@ class Posted {
     std::vector<std::function<void()>> queue_;
 };
 
-// Seconds of CPU this process has used, all threads.
+// Seconds of CPU this process has used, all threads, and the calling thread alone.
 double process_cpu_seconds();
+double thread_cpu_seconds();
 
 // Resident memory of this process in bytes.
 double resident_bytes();
