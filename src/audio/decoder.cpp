@@ -165,6 +165,10 @@ bool Decoder::is_open() const {
     return in_ != nullptr;
 }
 
+bool Decoder::from_network() const {
+    return is_network(url_);
+}
+
 void Decoder::close() {
     in_.reset();
     pending_.clear();

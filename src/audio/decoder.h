@@ -32,6 +32,7 @@ class Decoder {
     OpenResult open(const std::string& url, const std::atomic<bool>* abort = nullptr);
     void close();  // safe to call twice
     bool is_open() const;
+    bool from_network() const;  // a read may then wait on a server
 
     // Frames, or 0 when the input doesn't say (a live stream).
     std::int64_t length() const { return length_; }

@@ -92,10 +92,11 @@ void Feeder::run() {
 }
 
 void Feeder::handle(const Request& request) {
-    // The mixer ramps the old data down before a seek jumps, reading up to a ramp past
-    // where it stood. One more block makes sure that data is there, so the offline mix
-    // doesn't depend on how far ahead this thread happened to be.
-    if (!request.open && producing_) produce();
+    // The mixer ramps the old data down before a seek or an open takes over, reading up to
+    // a ramp past where it stood. One more block makes sure that data is there, so the
+    // offline mix doesn't depend on how far ahead this thread happened to be. Not from a
+    // server, which could hold the new request up; a ramp short of data just cuts early.
+    if (producing_ && !decoder_.from_network()) produce();
     gen_ = request.gen;
     staged_.clear();
     staged_read_ = 0;

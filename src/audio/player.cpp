@@ -44,7 +44,7 @@ void Player::Open(const std::string& path) {
     selection_start_ = selection_end_ = 0.0;
     pending_frame_ = 0;
     finished_ = false;
-    voice_.send(command::Halt{});
+    voice_.send(command::Pause{});  // what still plays ramps out before the new file loads
     voice_.send(command::Load{gen_, 0, 1.0});
     voice_.send(command::End{-1});
     feeder_->open(gen_, path);

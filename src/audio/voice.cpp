@@ -37,10 +37,6 @@ void Voice::apply(const Command& command) {
                 stopping_ = false;
             } else if constexpr (std::is_same_v<C, command::Pause>) {
                 if (playing_) stopping_ = true;
-            } else if constexpr (std::is_same_v<C, command::Halt>) {
-                playing_ = stopping_ = false;
-                level_ = 0.0f;
-                ramp_target_ = -1.0f;
             } else if constexpr (std::is_same_v<C, command::Gain>) {
                 gain_ = c.gain;
             } else if constexpr (std::is_same_v<C, command::End>) {

@@ -35,8 +35,7 @@ struct Load {  // data of generation `gen` starts at file frame `frame`, played 
 struct Play {
     std::uint32_t serial;
 };
-struct Pause {};  // ramps down, then holds; Stop sends it too, so it never clicks
-struct Halt {};   // cuts at once: an Open replaces whatever the player had
+struct Pause {};  // ramps down, then holds; Stop and Open send it too, so they never click
 struct Gain {
     float gain;
 };
@@ -44,8 +43,8 @@ struct End {
     std::int64_t frame;  // negative: no selection end
 };
 }  // namespace command
-using Command = std::variant<command::Load, command::Play, command::Pause, command::Halt,
-                             command::Gain, command::End>;
+using Command =
+    std::variant<command::Load, command::Play, command::Pause, command::Gain, command::End>;
 
 // The mixer reached the selection end or the end of the data while playing `serial`.
 struct Ended {

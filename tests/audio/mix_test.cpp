@@ -71,7 +71,7 @@ float largest_step(const std::vector<float>& mix) {
 
 // Leaving the tone at a crest would step by its whole amplitude; a ramp adds at most
 // A / ramp length to the tone's own slope.
-TEST(StopAndSeek, LeaveALoudToneWithoutAStep) {
+TEST(StopAndSeek, SeekStopAndOpenLeaveALoudToneWithoutAStep) {
     const float bound = static_cast<float>(kToneStep * 1.1);
     OfflineStation station;
     auto player = station.open("other.wav");
@@ -98,6 +98,16 @@ TEST(StopAndSeek, LeaveALoudToneWithoutAStep) {
     EXPECT_LT(largest_step(all), bound);
     EXPECT_TRUE(std::all_of(after.begin(), after.end(), [](float x) { return x == 0.0f; }));
     EXPECT_DOUBLE_EQ(player->CurrentPosition(), 0.0);
+
+    // From the start to a crest again, then another file opened over it: the same.
+    player->play();
+    all = station.render(kCrest % 48 + 48 * 10 + 1);
+    ASSERT_GT(all.back(), 0.49f);
+    player->Open(test::media("level.wav"));
+    station.render(kTenMs, all);
+    const auto opened = station.render(kTenMs);
+    EXPECT_LT(largest_step(all), bound);
+    EXPECT_TRUE(std::all_of(opened.begin(), opened.end(), [](float x) { return x == 0.0f; }));
 }
 
 // The old place ends under the ramp down: the seek still lands, and the song plays on.
