@@ -37,10 +37,10 @@ std::string make_media(const std::string& name, const std::string& codec_args) {
     return std::system(command.c_str()) == 0 ? path : std::string();
 }
 
-double ffmpeg_decode_seconds(const std::string& path) {
+double ffmpeg_decode_seconds(const std::string& path, int runs) {
     const std::string log = folder() + "/ffmpeg-bench.txt";
     double best = 1e9;
-    for (int run = 0; run < 3; ++run) {
+    for (int run = 0; run < runs; ++run) {
         const std::string command = "ffmpeg -nostdin -hide_banner -benchmark -threads 1 -i \"" +
                                     path + "\" -f null - > \"" + log + "\" 2>&1";
         if (std::system(command.c_str()) != 0) return 0;

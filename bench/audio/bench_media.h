@@ -13,8 +13,8 @@ inline constexpr double kMediaSeconds = 60;
 // the ffmpeg command in a temporary folder; the path, or "" if ffmpeg failed.
 std::string make_media(const std::string& name, const std::string& codec_args);
 
-// Seconds that `ffmpeg -i path -f null -` spends decoding, best of three.
-double ffmpeg_decode_seconds(const std::string& path);
+// Seconds that `ffmpeg -i path -f null -` spends decoding, best of `runs`.
+double ffmpeg_decode_seconds(const std::string& path, int runs = 3);
 
 // Stands for the rule thread's loop: collects what the engine posts, runs it on run().
 class Posted {
