@@ -5,11 +5,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 namespace tavora::audio::bench {
 namespace {
@@ -65,6 +67,14 @@ double thread_cpu_seconds() {
     timespec now{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+void wait_until_idle() {
+    for (;;) {
+        const double before = process_cpu_seconds();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        if (process_cpu_seconds() - before < 0.002) return;
+    }
 }
 
 double resident_bytes() {

@@ -44,6 +44,10 @@ class Posted {
 double process_cpu_seconds();
 double thread_cpu_seconds();
 
+// Returns once this process's threads have stopped using the CPU (decoders done
+// filling their buffers).
+void wait_until_idle();
+
 // Resident memory of this process in bytes.
 double resident_bytes();
 
