@@ -129,7 +129,7 @@ void Feeder::end_generation() {
             block->gen = gen_;
             block->frames = 0;
             block->last = true;
-            hand_over(*block);
+            hand_over(block->last);
             return;
         }
         std::unique_lock lock(mutex_);
@@ -149,7 +149,7 @@ void Feeder::produce() {
         block->gen = gen_;
         block->frames = static_cast<std::uint32_t>(got);
         block->last = got < kBlockFrames;
-        hand_over(*block);
+        hand_over(block->last);
         if (got < kBlockFrames) producing_ = false;
         return;
     }
@@ -172,12 +172,11 @@ void Feeder::produce() {
     block->frames = static_cast<std::uint32_t>(n);
     const bool last = input_done_ && staged_frames() == 0;
     block->last = last;
-    hand_over(*block);
+    hand_over(block->last);
     if (last) producing_ = false;
 }
 
-void Feeder::hand_over(const Block& block) {
-    const bool last = block.last;
+void Feeder::hand_over(bool last) {
     ring_.publish();
     if (last || ring_.filled() >= kWakeBlocks) ring_.notify_consumer();
 }

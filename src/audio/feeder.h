@@ -51,7 +51,7 @@ class Feeder {
     void handle(const Request& request);
     void produce();
     void end_generation();
-    void hand_over(const Block& block);  // publishes, waking a waiting mixer when worth it
+    void hand_over(bool last);  // publishes, waking a waiting mixer when worth it
 
     SpscRing<Block>& ring_;
     OnOpened on_opened_;
