@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <thread>
 
@@ -25,17 +26,27 @@ std::string folder() {
     return path;
 }
 
+std::string codec_args(const std::string& format) {
+    static const std::map<std::string, std::string> args = {
+        {"wav", "-c:a pcm_s16le"},    {"mp3", "-c:a libmp3lame -b:a 192k"},
+        {"ogg", "-c:a libvorbis"},    {"opus", "-c:a libopus"},
+        {"flac", "-c:a flac"},        {"m4a", "-c:a aac"},
+        {"wma", "-c:a wmav2 -f asf"}, {"mp2", "-c:a mp2"}};
+    return args.at(format);
+}
+
 }  // namespace
 
-std::string make_media(const std::string& name, const std::string& codec_args) {
-    const std::string path = folder() + "/" + name;
+std::string music(const std::string& format) {
+    const std::string path = folder() + "/music." + format;
     if (std::filesystem::exists(path)) return path;
     // Two detuned tones and a little noise: something for every codec to work on.
     const std::string command =
         "ffmpeg -nostdin -hide_banner -loglevel error -y -f lavfi -i "
         "\"aevalsrc=0.3*sin(2*PI*440*t)+0.2*sin(2*PI*554.4*t)+0.05*(random(0)-0.5)|"
         "0.3*sin(2*PI*660*t)+0.2*sin(2*PI*329.6*t)+0.05*(random(1)-0.5):s=44100:d=" +
-        std::to_string(static_cast<int>(kMediaSeconds)) + "\" " + codec_args + " \"" + path + "\"";
+        std::to_string(static_cast<int>(kMediaSeconds)) + "\" " + codec_args(format) + " \"" +
+        path + "\"";
     return std::system(command.c_str()) == 0 ? path : std::string();
 }
 

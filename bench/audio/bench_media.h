@@ -9,9 +9,13 @@ namespace tavora::audio::bench {
 
 inline constexpr double kMediaSeconds = 60;
 
-// A minute of music-like sound in the given container and codec, made once per run by
-// the ffmpeg command in a temporary folder; the path, or "" if ffmpeg failed.
-std::string make_media(const std::string& name, const std::string& codec_args);
+// The formats the benchmarks decode, by file extension.
+inline const std::vector<std::string> kFormats = {"wav",  "mp3", "ogg", "opus",
+                                                  "flac", "m4a", "wma", "mp2"};
+
+// A minute of music-like sound in one of kFormats, made once per run by the ffmpeg
+// command in a temporary folder; the path, or "" if ffmpeg failed.
+std::string music(const std::string& format);
 
 // Seconds that `ffmpeg -i path -f null -` spends decoding, best of `runs`.
 double ffmpeg_decode_seconds(const std::string& path, int runs = 3);

@@ -15,8 +15,8 @@
 namespace tavora::audio::bench {
 namespace {
 
-void decode(benchmark::State& state, const char* name, const char* codec_args) {
-    const std::string path = make_media(name, codec_args);
+void decode(benchmark::State& state, const std::string& format) {
+    const std::string path = music(format);
     if (path.empty()) {
         state.SkipWithError("ffmpeg could not make the file");
         return;
@@ -48,30 +48,14 @@ void decode(benchmark::State& state, const char* name, const char* codec_args) {
     state.counters["ratio"] = theirs / ours;
 }
 
-BENCHMARK_CAPTURE(decode, wav, "music.wav", "-c:a pcm_s16le")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, mp3, "music.mp3", "-c:a libmp3lame -b:a 192k")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, ogg, "music.ogg", "-c:a libvorbis")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, opus, "music.opus", "-c:a libopus")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, flac, "music.flac", "-c:a flac")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, m4a, "music.m4a", "-c:a aac")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, wma, "music.wma", "-c:a wmav2 -f asf")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
-BENCHMARK_CAPTURE(decode, mp2, "music.mp2", "-c:a mp2")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(12);
+const bool registered = [] {
+    for (const auto& format : kFormats) {
+        benchmark::RegisterBenchmark(("decode/" + format).c_str(), decode, format)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(12);
+    }
+    return true;
+}();
 
 }  // namespace
 }  // namespace tavora::audio::bench
