@@ -10,7 +10,8 @@
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/real_time_loop.h"
-#include "playback/engine_player.h"
+#include "players/engine_player.h"
+#include "players/probe_player.h"
 #include "runtime/random.h"
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
@@ -58,7 +59,8 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     audio::Engine engine(output == "null" ? audio::OutputKind::Null : audio::OutputKind::Card,
                          post);
     if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
-    StationApp app(services, engine_players(engine, post));
+    StationApp app(services,
+                   engine_players(engine, post, probe_players(services.clock, services.loop)));
     app.on_end = [&loop] { loop.quit(); };
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     log.listen_to(app.selection, false);

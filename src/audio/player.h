@@ -13,23 +13,6 @@ namespace tavora::audio {
 // Runs a function on the rule thread; may be called from any thread.
 using Post = std::function<void(std::function<void()>)>;
 
-// Screen appearance of a video player: plain state for the display to read.
-struct Appearance {
-    bool Visible = false;
-    bool ShowControls = true;
-    bool ShowPositionControls = true;
-    bool ShowTracker = true;
-    bool EnablePositionControls = true;
-    bool EnableTracker = true;
-    bool ShowGotoBar = false;
-    bool ShowAudioControls = true;
-    bool ShowStatusBar = false;
-    bool ShowDisplay = false;
-    int DisplaySize = 0;
-    int Height = 0;
-    int Width = 0;
-};
-
 // One media player, as the rules see it. Every member is for the rule thread only.
 // State that the rules read changes on that thread: by their own calls, or when an
 // event from the engine's threads runs there. Only CurrentPosition moves by itself,
@@ -63,7 +46,6 @@ class Player : public std::enable_shared_from_this<Player> {
     void FileName(const std::string& path) { Open(path); }
     double Rate() const { return rate_; }
     void Rate(double rate);  // 0.5 to 1.5, pitch kept
-    Appearance& appearance() { return appearance_; }
 
     // Events, run on the rule thread. The play-state change fires on play, pause, Stop
     // and the end of play, not when an open finishes: that is the ready-state change.
@@ -101,7 +83,6 @@ class Player : public std::enable_shared_from_this<Player> {
     double rate_ = 1.0;
     std::string error_;
     std::string file_name_;
-    Appearance appearance_;
 
     std::uint32_t gen_ = 0;           // the latest open or seek
     std::uint32_t open_gen_ = 0;      // the latest open

@@ -4,9 +4,24 @@
 #include <memory>
 #include <string>
 
-#include "audio/player.h"
-
 namespace tavora {
+
+// Screen appearance of a video player: plain state for a display to read.
+struct Appearance {
+    bool Visible = false;
+    bool ShowControls = true;
+    bool ShowPositionControls = true;
+    bool ShowTracker = true;
+    bool EnablePositionControls = true;
+    bool EnableTracker = true;
+    bool ShowGotoBar = false;
+    bool ShowAudioControls = true;
+    bool ShowStatusBar = false;
+    bool ShowDisplay = false;
+    int DisplaySize = 0;
+    int Height = 0;
+    int Width = 0;
+};
 
 // One player of the bank, as the rules see the media control: its members
 // and its two events, nothing more. Two kinds stand behind it: the audio
@@ -39,8 +54,7 @@ class MediaPlayer {
     virtual std::string ErrorDescription() const = 0;
     virtual const std::string& FileName() const = 0;
 
-    // Screen appearance of a video player: plain state for a display.
-    audio::Appearance& appearance() { return appearance_; }
+    Appearance& appearance() { return appearance_; }
 
     // Raised on the rule thread, after the call or the moment that caused
     // them; the handlers read PlayState again, so the arguments are advisory.
@@ -56,10 +70,10 @@ class MediaPlayer {
     }
 
   private:
-    audio::Appearance appearance_;
+    Appearance appearance_;
 };
 
-// Makes the seven players of a bank, numbered 1 to 7.
+// Makes the seven players of a bank, numbered 1 to 7; never returns null.
 using PlayerFactory = std::function<std::unique_ptr<MediaPlayer>(int number)>;
 
 }  // namespace tavora

@@ -38,7 +38,7 @@ void Playback::P_view() {
     if (viewer_.video_off()) return;
 
     MediaPlayer& player = Players(active);
-    audio::Appearance& look = player.appearance();
+    Appearance& look = player.appearance();
     look.Visible = true;
     look.ShowControls = look.ShowPositionControls = look.ShowTracker = false;
     look.EnablePositionControls = look.EnableTracker = look.ShowGotoBar = false;
@@ -51,7 +51,7 @@ void Playback::P_view() {
 }
 
 void Playback::place_video_window(MpFm& window, MediaPlayer& player) {
-    audio::Appearance& look = player.appearance();
+    Appearance& look = player.appearance();
     const Form* screen = request.form;
     const int slot = window.number;
     for (s_.Video_Size = 2; s_.Video_Size != 8;) {

@@ -1,10 +1,11 @@
+#include <stdexcept>
+
 #include "core/log/play_log.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/file_ops.h"
 #include "platform/path_map.h"
 #include "playback/playback.h"
-#include "playback/probe_player.h"
 #include "runtime/strings.h"
 
 namespace tavora {
@@ -20,10 +21,7 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
       selection_(std::move(selection)) {
     for (int n = 1; n <= kPlayers; ++n) {
         players_[n] = players(n);
-        // An engine without room for another voice: a silent stand-in keeps
-        // the transport going rather than leaving a hole in the bank.
-        if (!players_[n])
-            players_[n] = std::make_unique<ProbePlayer>(services.clock, services.loop);
+        if (!players_[n]) throw std::invalid_argument("a player factory made no player");
         forms_[n] = std::make_unique<MpFm>(n);
         players_[n]->PlayStateChange = [this, n](int, int new_state) {
             if (observer) observer->state_changed(n, n == 7 ? 14 : n, new_state);

@@ -11,9 +11,9 @@
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/virtual_scheduler.h"
-#include "playback/engine_player.h"
-#include "playback/offline_drive.h"
-#include "playback/probe_player.h"
+#include "players/engine_player.h"
+#include "players/offline_drive.h"
+#include "players/probe_player.h"
 #include "runtime/random.h"
 #include "runtime/text_file.h"
 #include "sim/event_dialogs.h"
@@ -108,7 +108,8 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
             return 2;
         }
     }
-    StationApp app(services, engine ? engine_players(*engine, post) : probe_players(clock, loop));
+    const PlayerFactory probes = probe_players(clock, loop);
+    StationApp app(services, engine ? engine_players(*engine, post, probes) : probes);
     app.on_end = [&loop] { loop.quit(); };
     if (const std::string unknown = unknown_control(app, script); !unknown.empty()) {
         err << "tavora: script " << unknown << "\n";

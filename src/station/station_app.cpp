@@ -10,7 +10,7 @@
 #include "platform/dialogs.h"
 #include "platform/file_ops.h"
 #include "platform/path_map.h"
-#include "playback/probe_player.h"
+#include "players/probe_player.h"
 #include "runtime/strings.h"
 #include "store/recordset.h"
 #include "store/stored_queries.h"

@@ -1,4 +1,4 @@
-#include "playback/probe_player.h"
+#include "players/probe_player.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "bank_fixture.h"
-#include "playback/engine_player.h"
+#include "players/engine_player.h"
 
 namespace tavora::test {
 namespace {
@@ -103,7 +103,7 @@ TEST_F(PlayerTest, ProbeAndEnginePlayersPassOverADamagedFile) {
     errors = 0;
     audio::Post post = [this](std::function<void()> f) { fake.loop.post(std::move(f)); };
     audio::Engine engine(audio::OutputKind::Offline, post);
-    auto player = engine_players(engine, post)(1);
+    auto player = engine_players(engine, post, probe_players(fake.clock, fake.loop))(1);
     ASSERT_TRUE(player);
     watch(*player);
     player->Open(broken);

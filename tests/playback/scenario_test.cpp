@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "bank_fixture.h"
-#include "playback/engine_player.h"
-#include "playback/offline_drive.h"
+#include "players/engine_player.h"
+#include "players/offline_drive.h"
 
 namespace tavora::test {
 namespace {
@@ -129,7 +129,7 @@ TEST_F(Scenario, ASetAirsThroughTheOfflineEngineWithoutASilentFrame) {
         [&meter](const float* frames, std::size_t count) { meter.take(frames, count); }));
     OfflineDrive drive(fake.clock, engine);
     selection.songs = {{"tone6.wav"}};
-    make(engine_players(engine, post));
+    make(engine_players(engine, post, probe_players(fake.clock, fake.loop)));
     run();
     ASSERT_TRUE(wait_until([&] { return air.starts(6).size() == 1; }, 60));
     for (int slot = 1; slot <= 5; ++slot) {

@@ -8,7 +8,7 @@
 #include "core/fake_services.h"
 #include "platform/clock.h"
 #include "playback/playback.h"
-#include "playback/probe_player.h"
+#include "players/probe_player.h"
 #include "runtime/dates.h"
 #include "store/library.h"
 #include "store/library_files.h"

@@ -1,10 +1,8 @@
-#include "playback/probe_player.h"
+#include "players/probe_player.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <mutex>
-#include <unordered_map>
 
 #include "audio/decoder.h"
 #include "audio/format.h"
@@ -23,49 +21,27 @@ double measure(const std::string& native_path, std::string& error) {
     return audio::seconds_of_frames(decoder.length());
 }
 
-// A song plays many times a day and its length only changes with the file,
-// so each version of a file, told by its size and time, is measured once
-// per process.
-class LengthCache {
-  public:
-    double length(const std::string& native_path, std::string& error) {
-        std::error_code ec;
-        const std::uintmax_t size = std::filesystem::file_size(native_path, ec);
-        std::filesystem::file_time_type written;
-        if (!ec) written = std::filesystem::last_write_time(native_path, ec);
-        if (ec) return measure(native_path, error);  // a URL, or a file that isn't there
-
-        const std::lock_guard lock(mutex_);
-        Entry& entry = known_[native_path];
-        if (!entry.measured || entry.size != size || entry.written != written) {
-            entry = Entry{true, size, written, 0, {}};
-            entry.seconds = measure(native_path, entry.error);
-        }
-        if (entry.seconds < 0) error = entry.error;
-        return entry.seconds;
-    }
-
-  private:
-    struct Entry {
-        bool measured = false;
-        std::uintmax_t size = 0;
-        std::filesystem::file_time_type written;
-        double seconds = 0;
-        std::string error;
-    };
-
-    std::mutex mutex_;
-    std::unordered_map<std::string, Entry> known_;
-};
-
 }  // namespace
 
-double media_length(const std::string& native_path, std::string& error) {
-    static LengthCache cache;
-    return cache.length(native_path, error);
+double MediaLengths::length(const std::string& native_path, std::string& error) {
+    std::error_code ec;
+    const std::uintmax_t size = std::filesystem::file_size(native_path, ec);
+    std::filesystem::file_time_type written;
+    if (!ec) written = std::filesystem::last_write_time(native_path, ec);
+    if (ec) return measure(native_path, error);  // a URL, or a file that isn't there
+
+    auto known = known_.find(native_path);
+    if (known == known_.end() || known->second.size != size || known->second.written != written) {
+        Entry entry{size, written, 0, {}};
+        entry.seconds = measure(native_path, entry.error);
+        known = known_.insert_or_assign(native_path, std::move(entry)).first;
+    }
+    if (known->second.seconds < 0) error = known->second.error;
+    return known->second.seconds;
 }
 
-ProbePlayer::ProbePlayer(const Clock& clock, EventLoop& loop) : clock_(clock), loop_(loop) {
+ProbePlayer::ProbePlayer(const Clock& clock, EventLoop& loop, std::shared_ptr<MediaLengths> lengths)
+    : clock_(clock), loop_(loop), lengths_(std::move(lengths)) {
     end_timer_ = loop_.CreateTimer([this] { ended(); });
 }
 
@@ -94,7 +70,7 @@ void ProbePlayer::Open(const std::string& path) {
     selection_start_ = selection_end_ = 0;
     failed_ = false;
     set_state(kClosed);
-    const double length = media_length(path, error_);
+    const double length = lengths_->length(path, error_);
     if (length < 0) {
         failed_ = true;
         loop_.post([this, alive = std::weak_ptr<bool>(alive_)] {
@@ -173,8 +149,9 @@ void ProbePlayer::ended() {
 }
 
 PlayerFactory probe_players(const Clock& clock, EventLoop& loop) {
-    return [&clock, &loop](int) -> std::unique_ptr<MediaPlayer> {
-        return std::make_unique<ProbePlayer>(clock, loop);
+    return [&clock, &loop,
+            lengths = std::make_shared<MediaLengths>()](int) -> std::unique_ptr<MediaPlayer> {
+        return std::make_unique<ProbePlayer>(clock, loop, lengths);
     };
 }
 

@@ -49,7 +49,9 @@ class EnginePlayer : public MediaPlayer {
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
-// Players of the engine for a bank.
-PlayerFactory engine_players(audio::Engine& engine, audio::Post post);
+// Players of the engine for a bank. An engine without room for another voice
+// gets a player of `stand_ins` instead, which keeps the transport going
+// rather than leaving a hole in the bank.
+PlayerFactory engine_players(audio::Engine& engine, audio::Post post, PlayerFactory stand_ins);
 
 }  // namespace tavora

@@ -1,4 +1,4 @@
-#include "playback/engine_player.h"
+#include "players/engine_player.h"
 
 namespace tavora {
 
@@ -42,10 +42,11 @@ void EnginePlayer::play() {
     });
 }
 
-PlayerFactory engine_players(audio::Engine& engine, audio::Post post) {
-    return [&engine, post](int) -> std::unique_ptr<MediaPlayer> {
+PlayerFactory engine_players(audio::Engine& engine, audio::Post post, PlayerFactory stand_ins) {
+    return [&engine, post,
+            stand_ins = std::move(stand_ins)](int number) -> std::unique_ptr<MediaPlayer> {
         auto player = engine.add_player();
-        if (!player) return nullptr;
+        if (!player) return stand_ins(number);
         audio::Engine* offline = engine.output() == audio::OutputKind::Offline ? &engine : nullptr;
         return std::make_unique<EnginePlayer>(std::move(player), post, offline);
     };

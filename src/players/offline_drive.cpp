@@ -1,4 +1,4 @@
-#include "playback/offline_drive.h"
+#include "players/offline_drive.h"
 
 #include <algorithm>
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 #include "platform/clock.h"
 #include "platform/event_loop.h"
@@ -10,12 +12,32 @@
 
 namespace tavora {
 
+// The lengths of media files, as the engine would decode them. A song plays
+// many times a day and its length only changes with the file, so each version
+// of a file, told by its size and time, is measured once. Rule thread only.
+class MediaLengths {
+  public:
+    // Seconds; a negative number when the file can't be opened, with the
+    // reason in `error`. Paths are native, or URLs (never kept).
+    double length(const std::string& native_path, std::string& error);
+
+  private:
+    struct Entry {
+        std::uintmax_t size = 0;
+        std::filesystem::file_time_type written;
+        double seconds = 0;
+        std::string error;
+    };
+    std::unordered_map<std::string, Entry> known_;
+};
+
 // A player that decodes nothing: it reads the file's length when opened and
 // then "plays" on the clock, raising its events at the moments a real player
 // would. Paths are native, or URLs. It lets a day of the station run on virtual time in seconds.
 class ProbePlayer : public MediaPlayer {
   public:
-    ProbePlayer(const Clock& clock, EventLoop& loop);
+    ProbePlayer(const Clock& clock, EventLoop& loop,
+                std::shared_ptr<MediaLengths> lengths = std::make_shared<MediaLengths>());
 
     void Open(const std::string& path) override;
     void play() override;
@@ -46,6 +68,7 @@ class ProbePlayer : public MediaPlayer {
 
     const Clock& clock_;
     EventLoop& loop_;
+    std::shared_ptr<MediaLengths> lengths_;
     std::unique_ptr<Timer> end_timer_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 
@@ -63,12 +86,7 @@ class ProbePlayer : public MediaPlayer {
     std::string file_name_;
 };
 
-// Probe players for a bank.
+// Probe players for a bank; the seven share one MediaLengths.
 PlayerFactory probe_players(const Clock& clock, EventLoop& loop);
-
-// The length of a media file in seconds, as the engine would decode it; a
-// negative number when the file can't be opened, with the reason in `error`.
-// A file is measured again only once its size or time changed.
-double media_length(const std::string& native_path, std::string& error);
 
 }  // namespace tavora
