@@ -69,6 +69,10 @@ bool is_network(const std::string& url) {
 
 }  // namespace
 
+// Beyond this many failed frames without a good one between, the rest of a
+// file is taken as unreadable.
+constexpr int kDamagedFramesInARow = 1000;
+
 struct Decoder::Input {
     std::unique_ptr<AVFormatContext, FormatClose> format;
     std::unique_ptr<AVCodecContext, CodecFree> codec;
@@ -87,12 +91,18 @@ struct Decoder::Input {
 
     // The next decoded frame into `frame`, false at the end of the input.
     bool next_frame(const std::atomic<bool>* abort) {
+        int damaged = 0;
         for (;;) {
             if (abort != nullptr && abort->load(std::memory_order_relaxed)) return false;
             const int received = avcodec_receive_frame(codec.get(), frame.get());
             if (received == 0) return true;
             if (received == AVERROR_EOF) return false;
-            if (received != AVERROR(EAGAIN)) continue;  // a damaged frame: go on with the next
+            if (received != AVERROR(EAGAIN)) {
+                // A damaged frame: go on with the next, but a codec that only
+                // fails would hold this thread for ever, so that ends the input.
+                if (++damaged > kDamagedFramesInARow) return false;
+                continue;
+            }
             if (demux_done) return false;
             if (!packet_held) {
                 const int read = av_read_frame(format.get(), packet.get());

@@ -44,9 +44,9 @@ void Player::Open(const std::string& path) {
     selection_start_ = selection_end_ = 0.0;
     pending_frame_ = 0;
     finished_ = false;
-    voice_.send(command::Pause{});  // what still plays ramps out before the new file loads
-    voice_.send(command::Load{gen_, 0, 1.0});
-    voice_.send(command::End{-1});
+    send(command::Pause{});  // what still plays ramps out before the new file loads
+    send(command::Load{gen_, 0, 1.0});
+    send(command::End{-1});
     feeder_->open(gen_, path);
     set_state(kClosed);
 }
@@ -72,7 +72,7 @@ void Player::load(std::int64_t frame) {
     ++gen_;
     pending_frame_ = frame;
     finished_ = false;
-    voice_.send(command::Load{gen_, frame, rate_});
+    send(command::Load{gen_, frame, rate_});
     feeder_->seek(gen_, frame, rate_);
 }
 
@@ -82,19 +82,19 @@ void Player::play() {
     if (finished_ || (end > 0 && position_frames() >= end)) {
         load(frames_of_seconds(selection_start_));
     }
-    voice_.send(command::Play{++serial_});
+    send(command::Play{++serial_});
     set_state(kPlaying);
 }
 
 void Player::pause() {
     if (state_ != kPlaying) return;
-    voice_.send(command::Pause{});
+    send(command::Pause{});
     set_state(kPaused);
 }
 
 void Player::Stop() {
     if (state_ == kClosed) return;
-    voice_.send(command::Pause{});  // the Load waits in the mixer until the ramp is silent
+    send(command::Pause{});  // the Load waits in the mixer until the ramp is silent
     load(frames_of_seconds(selection_start_));
     set_state(kStopped, true);
 }
@@ -123,7 +123,7 @@ void Player::CurrentPosition(double seconds) {
 
 void Player::SelectionEnd(double seconds) {
     selection_end_ = seconds;
-    voice_.send(command::End{seconds > 0 ? frames_of_seconds(seconds) : -1});
+    send(command::End{seconds > 0 ? frames_of_seconds(seconds) : -1});
 }
 
 void Player::Volume(double hundredths_db) {
@@ -137,7 +137,7 @@ void Player::Mute(bool mute) {
 }
 
 void Player::send_gain() {
-    voice_.send(command::Gain{mute_ ? 0.0f : gain_of_volume(volume_)});
+    send(command::Gain{mute_ ? 0.0f : gain_of_volume(volume_)});
 }
 
 void Player::Rate(double rate) {
@@ -148,11 +148,31 @@ void Player::Rate(double rate) {
     if (state_ != kClosed) load(at);
 }
 
+void Player::send(const Command& command) {
+    if (voice_.send(command)) return;
+    ++dropped_commands_;
+    report_dropped();
+}
+
+void Player::report_dropped() {
+    error_ = "The player fell behind and lost a command";
+    post_here([](Player& p) {
+        if (p.Error) p.Error();
+    });
+}
+
 void Player::deliver_events() {
     Ended ended;
     while (voice_.next_ended(ended)) {
         post_here([ended](Player& p) { p.ended(ended); });
     }
+    const std::uint64_t lost = voice_.dropped_ends();
+    if (lost == ends_told_) return;
+    ends_told_ = lost;
+    post_here([lost](Player& p) {
+        p.dropped_ends_seen_ = lost;
+        p.report_dropped();
+    });
 }
 
 }  // namespace tavora::audio

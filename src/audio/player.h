@@ -53,6 +53,11 @@ class Player : public std::enable_shared_from_this<Player> {
     std::function<void()> Error;
     std::function<void()> ReadyStateChange;
 
+    // Commands and ends lost because the mixer or the event thread fell
+    // behind. Each loss also raises Error: the player no longer does what
+    // the rules last asked.
+    std::uint64_t dropped() const { return dropped_commands_ + dropped_ends_seen_; }
+
     // For the engine.
     Voice& voice() { return voice_; }
     void deliver_events();  // from the one thread that delivers the mixer's events
@@ -65,6 +70,8 @@ class Player : public std::enable_shared_from_this<Player> {
     void set_state(int state, bool always_tell = false);
     void load(std::int64_t frame);
     void send_gain();
+    void send(const Command& command);
+    void report_dropped();
     std::int64_t position_frames() const;
     template <typename F>
     void post_here(F&& f);
@@ -83,6 +90,9 @@ class Player : public std::enable_shared_from_this<Player> {
     double rate_ = 1.0;
     std::string error_;
     std::string file_name_;
+    std::uint64_t dropped_commands_ = 0;
+    std::uint64_t dropped_ends_seen_ = 0;  // the voice's count, as last reported
+    std::uint64_t ends_told_ = 0;          // the same, on the thread that delivers events
 
     std::uint32_t gen_ = 0;           // the latest open or seek
     std::uint32_t open_gen_ = 0;      // the latest open

@@ -108,7 +108,8 @@ void Voice::finish() {
     playing_ = stopping_ = false;
     level_ = 0.0f;
     ramp_target_ = -1.0f;
-    ended_.push(Ended{serial_, position()});
+    if (!ended_.push(Ended{serial_, position()}))
+        dropped_ends_.fetch_add(1, std::memory_order_relaxed);
 }
 
 std::size_t Voice::add(const float* in, float* out, std::size_t frames) {

@@ -63,9 +63,12 @@ class Voice {
     // silence, and calls `wake_producer` so the feeder refills at once.
     Voice(bool wait, std::function<void()> wake_producer);
 
+    // False when the command ring is full and the command was dropped.
     bool send(const Command& command) { return commands_.push(command); }
     SpscRing<Block>& ring() { return ring_; }
     bool next_ended(Ended& out) { return ended_.pop(out); }
+    // Ends the mixer could not hand over because nobody took them in time.
+    std::uint64_t dropped_ends() const { return dropped_ends_.load(std::memory_order_relaxed); }
 
     // Packed generation and file frame of the last frame mixed, for lock-free reading.
     static std::uint32_t gen_of(std::uint64_t word) {
@@ -97,6 +100,7 @@ class Voice {
     SpscRing<Block> ring_{kRingBlocks};
     SpscRing<Command> commands_{256};
     SpscRing<Ended> ended_{64};
+    std::atomic<std::uint64_t> dropped_ends_{0};
     std::atomic<std::uint64_t> position_{0};
     const bool wait_;
     const std::function<void()> wake_producer_;

@@ -176,5 +176,28 @@ TEST(Player, OfflineRenderingIsTheSameEveryTime) {
     EXPECT_EQ(run(), run());
 }
 
+// A mixer that falls behind: commands beyond what the ring holds are lost,
+// counted and told as an error, and the player takes commands again once
+// the mixer has caught up.
+TEST(Player, ACommandTheRingCannotHoldIsCountedAndReported) {
+    OfflineStation station;
+    auto player = station.open("index.wav");
+    Recorded seen(*player);
+    for (int i = 0; i < 300; ++i)
+        player->Volume(-i);
+    station.run_events();
+    EXPECT_GT(player->dropped(), 0u);
+    EXPECT_LT(player->dropped(), 300u);
+    EXPECT_GE(seen.errors, 1);
+    EXPECT_FALSE(player->ErrorDescription().empty());
+
+    station.render(1000);
+    const auto lost = player->dropped();
+    player->play();
+    station.render(1000);
+    EXPECT_EQ(player->dropped(), lost);
+    EXPECT_EQ(player->PlayState(), Player::kPlaying);
+}
+
 }  // namespace
 }  // namespace tavora::audio
