@@ -151,6 +151,8 @@ bool StationApp::Sub_Main() {
 
     about.cmdOK.Visible = true;
     about.picIcon.Enabled = true;
+    // A library that can't take the queries keeps the ones it has; start-up
+    // goes on without a word, as the rules have it.
     if (auto library = pool.open(native(station.Act_Db), FileKind::Library).library) {
         Make_Qrys(*library, services_.clock.Now(), [this] {
             station.CD_Disc = 0;

@@ -129,8 +129,7 @@ std::string create_library_file(const std::filesystem::path& path, double now) {
     if (!error.empty()) return error;
     const Library::Opened opened = Library::open(path, FileKind::Library);
     if (!opened.library) return opened.error;
-    Make_Qrys(*opened.library, now, {});
-    return {};
+    return Make_Qrys(*opened.library, now, {});
 }
 
 std::string create_settings_file(const std::filesystem::path& path, double now) {

@@ -94,31 +94,40 @@ std::vector<StoredQuery> stored_queries(double now) {
     };
 }
 
-void Make_Qrys(Library& library, double now, const std::function<void()>& reset_cd) {
+std::string Make_Qrys(Library& library, double now, const std::function<void()>& reset_cd) {
     Connection& connection = library.connection();
     const TableSpec& table = stored_query_table();
     const std::string name = quote_identifier(table.name);
-    // One commit for the whole catalogue; any failure leaves the rest to go on.
+    // One commit for the whole catalogue: a library that can't take it stays
+    // as it was, never half rewritten.
     Transaction batch = library.transaction();
-    connection.exec(create_table_sql(table));
+    std::string failure;
+    if (!batch.ok() || !connection.exec(create_table_sql(table))) failure = connection.error();
     Statement create =
         connection.prepare("INSERT OR IGNORE INTO " + name + " (\"Name\", \"SQL\") VALUES (?, ?)");
     Statement set_text =
         connection.prepare("UPDATE " + name + " SET \"SQL\" = ? WHERE \"Name\" = ?");
     for (const StoredQuery& query : stored_queries(now)) {
         if (query.name == "CDNow" && reset_cd) reset_cd();
+        // A locked file would make every row wait for the lock in turn.
+        if (!batch.ok()) continue;
+        // A row that fails is passed over; the others are still written.
         create.bind_text(1, query.name);
         create.bind_text(2, query.sql);
-        create.step();
+        if (create.step() == Statement::Step::Error && failure.empty()) failure = create.error();
         create.reset();
         set_text.bind_text(1, query.sql);
         set_text.bind_text(2, query.name);
-        set_text.step();
+        if (set_text.step() == Statement::Step::Error && failure.empty())
+            failure = set_text.error();
         set_text.reset();
     }
-    batch.commit();
+    if (!batch.ok()) return "Can't rewrite the stored queries: " + failure;
+    if (!batch.commit()) return "Can't rewrite the stored queries: " + connection.error();
     library.note_write();
     library.forget_plans();
+    if (!failure.empty()) return "Some stored queries were not rewritten: " + failure;
+    return {};
 }
 
 }  // namespace tavora

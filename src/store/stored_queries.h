@@ -19,9 +19,11 @@ struct StoredQuery {
 std::vector<StoredQuery> stored_queries(double now);
 
 // Writes every query of the catalogue into the library, creating a missing
-// one and overwriting an existing one. Failures are silent by design: a
-// read-only library keeps what it has. reset_cd runs between MaxPlys and
-// CDNow, where the CD book-keeping is reset.
-void Make_Qrys(Library& library, double now, const std::function<void()>& reset_cd);
+// one and overwriting an existing one, in one transaction: a query that
+// can't be written is passed over, and a library that can't be written at
+// all (read-only, locked) keeps what it has. Returns why not everything was
+// written, empty when it was. reset_cd runs between MaxPlys and CDNow,
+// where the CD book-keeping is reset, whatever happens to the writes.
+std::string Make_Qrys(Library& library, double now, const std::function<void()>& reset_cd);
 
 }  // namespace tavora

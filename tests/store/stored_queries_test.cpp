@@ -241,5 +241,24 @@ TEST_F(StoreTest, MakeQrysReplacesAChangedTextAndRestoresADroppedOne) {
     EXPECT_EQ(connection.scalar("SELECT count(*) FROM \"Stored Queries\"").number(), 26);
 }
 
+// Another machine holds the write lock: nothing is rewritten, the reason
+// is given, and the CD book-keeping is reset all the same.
+TEST_F(StoreTest, MakeQrysOnALockedLibraryKeepsWhatItHasAndSaysWhy) {
+    ASSERT_TRUE(
+        library_->connection().exec("UPDATE \"Stored Queries\" SET \"SQL\" = 'SELECT * from "
+                                    "Recordings1' WHERE Name = 'FName'"));
+    Connection other(library_path_, Connection::Mode::OpenExisting);
+    ASSERT_TRUE(other.exec("BEGIN IMMEDIATE"));
+    int resets = 0;
+    const std::string failure = Make_Qrys(*library_, kToday, [&] { ++resets; });
+    EXPECT_NE(failure.find("Can't rewrite the stored queries"), std::string::npos) << failure;
+    EXPECT_EQ(resets, 1);
+    ASSERT_TRUE(other.exec("ROLLBACK"));
+    EXPECT_EQ(library_->stored_query_text("FName"), "SELECT * from Recordings1");
+    EXPECT_EQ(Make_Qrys(*library_, kToday, {}), "");
+    EXPECT_EQ(library_->stored_query_text("FName"),
+              "SELECT * from Recordings1 ORDER BY Recordings1.[Long title];");
+}
+
 }  // namespace
 }  // namespace tavora
