@@ -2,6 +2,7 @@
 #include "platform/clock.h"
 
 #include "core/log/rollover.h"
+#include "platform/dialogs.h"
 #include "platform/path_map.h"
 #include "runtime/date_text.h"
 #include "runtime/dates.h"
@@ -71,7 +72,13 @@ void frmSchedule1::Check_Sched() {
 
     const std::shared_ptr<Library> file = library();
     // Between midnight and the new-day time the weights are off.
-    const bool weights_on = Roll_Over(s_, now, setup_, file);
+    std::string failure;
+    const bool weights_on = Roll_Over(s_, now, setup_, file, failure);
+    // Every check tries again, so the operator hears of a reason only once.
+    if (!failure.empty() && failure != roll_over_failure_)
+        services_.dialogs.MsgBox(failure + ". It will be tried again at the next check.",
+                                 Buttons::OKOnly, "Roll-over", Icon::Exclamation);
+    roll_over_failure_ = failure;
     types_.Label3.Caption.clear();
     types_.Label5.Caption.clear();
 

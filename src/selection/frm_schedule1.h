@@ -57,6 +57,7 @@ class frmSchedule1 : public Form {
     QXMain& main_;
     frmTypeLookup& types_;
     DataControl& setup_;
+    std::string roll_over_failure_;  // the reason last told, so each is told once
 };
 
 }  // namespace tavora

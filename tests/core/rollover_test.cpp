@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+
 #include "runtime/dates.h"
+#include "store/connection.h"
 #include "store/data_control.h"
 #include "store/library.h"
 #include "store/library_files.h"
@@ -64,6 +68,7 @@ class RollOver : public ::testing::Test {
     std::shared_ptr<Library> library;
     Station station;
     double installed = 0;
+    std::string failure;  // what the roll-over couldn't write
 };
 
 TEST_F(RollOver, NewDayRanksTheTopSeventyFiveAndSpecialsUseTheirPlace) {
@@ -76,7 +81,7 @@ TEST_F(RollOver, NewDayRanksTheTopSeventyFiveAndSpecialsUseTheirPlace) {
         table.SetField("Source", Value("Snipit"));
         table.Update();
     }
-    Roll_Over(station, installed + 1.25, setup, library);
+    Roll_Over(station, installed + 1.25, setup, library, failure);
     EXPECT_EQ(field_of("Song 0", "AM40").number(), 1);
     EXPECT_EQ(field_of("Song 10", "AM40").number(), 99);
     EXPECT_EQ(field_of("Song 11", "AM40").number(), 12);
@@ -90,10 +95,10 @@ TEST_F(RollOver, NewDayRanksTheTopSeventyFiveAndSpecialsUseTheirPlace) {
 TEST_F(RollOver, TuesdayRuleTurnsTheBlockPartyOnOnlyOnATuesday) {
     station.BP_Tuesday = true;
     station.BP_On = true;
-    Roll_Over(station, installed + 2, setup, library);  // Wednesday
+    Roll_Over(station, installed + 2, setup, library, failure);  // Wednesday
     EXPECT_FALSE(station.BP_On);
     set_setup("Current Day", Value::date(installed));
-    Roll_Over(station, installed + 1, setup, library);  // Tuesday
+    Roll_Over(station, installed + 1, setup, library, failure);  // Tuesday
     EXPECT_TRUE(station.BP_On);
 }
 
@@ -106,14 +111,14 @@ TEST_F(RollOver, NineDaysOffShiftTheWeekOnce) {
     for (int week = 0; week < 4; ++week)
         table.SetField(59 + week, Value(4 - week));
     ASSERT_TRUE(table.Update());
-    Roll_Over(station, installed + 9, setup, library);
+    Roll_Over(station, installed + 9, setup, library, failure);
     table.Requery();
     EXPECT_EQ(table.Fields("RTW").number(), 0);
     for (int week = 0; week < 4; ++week)
         EXPECT_EQ(table.Fields(59 + week).number(), 5 - week) << week;
     EXPECT_EQ(table.Fields("Request This Month").number(), 14);
     // The week date moved to today: a second check the same day shifts nothing.
-    Roll_Over(station, installed + 9.5, setup, library);
+    Roll_Over(station, installed + 9.5, setup, library, failure);
     table.Requery();
     EXPECT_EQ(table.Fields(59).number(), 5);
 }
@@ -123,14 +128,48 @@ TEST_F(RollOver, SameDayChangesNothingAndNewDayTimeSetsWhereWeightsCount) {
     add_rows(3);
     station.Log_Name = "kept";
     station.BP_On = true;
-    Roll_Over(station, installed + 0.9, setup, library);
+    Roll_Over(station, installed + 0.9, setup, library, failure);
     EXPECT_EQ(station.Log_Name, "kept");
     EXPECT_TRUE(station.BP_On);
     EXPECT_EQ(field_of("Song 0", "AM40").number(), 99);
 
     set_setup("Time For New Day", Value::date(TimeSerial(6, 0, 0)));
-    EXPECT_FALSE(Roll_Over(station, installed + TimeSerial(5, 59, 59), setup, library));
-    EXPECT_TRUE(Roll_Over(station, installed + TimeSerial(6, 0, 0), setup, library));
+    EXPECT_FALSE(Roll_Over(station, installed + TimeSerial(5, 59, 59), setup, library, failure));
+    EXPECT_TRUE(Roll_Over(station, installed + TimeSerial(6, 0, 0), setup, library, failure));
+    EXPECT_EQ(failure, "");
+}
+
+// Another machine holds the library's write lock: the ranking and the shift
+// are not written, their dates stay, and the first check after the lock is
+// gone does both, the shift once.
+TEST_F(RollOver, ALockedLibraryIsLeftAsItWasAndTheWorkIsDoneOnceLater) {
+    add_rows(1);
+    set_setup("Current Week", Value::date(installed - 8));
+    Recordset table;
+    ASSERT_TRUE(table.Open(library, "Recordings1"));
+    table.Edit();
+    table.SetField("RTW", Value(5));
+    ASSERT_TRUE(table.Update());
+
+    auto other =
+        std::make_unique<Connection>(folder.path() / "qx1.mdb", Connection::Mode::OpenExisting);
+    ASSERT_TRUE(other->exec("BEGIN IMMEDIATE"));
+    Roll_Over(station, installed + 1, setup, library, failure);
+    EXPECT_NE(failure.find("Can't rank the requests"), std::string::npos) << failure;
+    setup.Refresh();
+    EXPECT_EQ(setup.Recordset().Fields("Current Day"), Value::date(installed));
+    EXPECT_EQ(setup.Recordset().Fields("Current Week"), Value::date(installed - 8));
+    EXPECT_EQ(field_of("Song 0", "AM40").number(), 99);
+    EXPECT_EQ(field_of("Song 0", "RTW").number(), 5);
+
+    other.reset();
+    failure.clear();
+    Roll_Over(station, installed + 1, setup, library, failure);
+    Roll_Over(station, installed + 1.5, setup, library, failure);
+    EXPECT_EQ(failure, "");
+    EXPECT_EQ(field_of("Song 0", "AM40").number(), 1);
+    EXPECT_EQ(field_of("Song 0", "RTW").number(), 0);
+    EXPECT_EQ(field_of("Song 0", "Request This Month").number(), 5);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "core/station.h"
 
@@ -17,15 +18,19 @@ class Library;
 //
 // `setup` is a data control on the settings file's Setup table. Returns
 // whether the present time is past `Time For New Day`, from which the
-// category weights count.
+// category weights count. Library work that can't be written (the file is
+// locked or read-only) leaves the library as it was and its date unsaved,
+// so the next check tries again; the first reason goes to `failure`.
 bool Roll_Over(Station& station, double now, DataControl& setup,
-               const std::shared_ptr<Library>& library);
+               const std::shared_ptr<Library>& library, std::string& failure);
 
-// The Top Request ranking alone: the first 75 rows of CalcReq without a
-// Source get their place, later ones 0; a special row uses up its place.
-void Rank_Requests(const std::shared_ptr<Library>& library);
+// The Top Request ranking alone, in one transaction: the first 75 rows of
+// CalcReq without a Source get their place, later ones 0; a special row uses
+// up its place. Returns why it wasn't written, empty when it was.
+std::string Rank_Requests(const std::shared_ptr<Library>& library);
 
-// The weekly shift of every row alone, in one statement.
-void Shift_Weeks(const std::shared_ptr<Library>& library);
+// The weekly shift of every row alone, in one statement. Returns why it
+// wasn't written, empty when it was.
+std::string Shift_Weeks(const std::shared_ptr<Library>& library);
 
 }  // namespace tavora
