@@ -45,6 +45,7 @@ frmSchedule1::frmSchedule1(Station& station, Services& services, LibraryPool& po
     DataType.RecordSource = "select * from [Type Lookup] Order by [Type]";
     DataTcheck.RecordSource = "SRequest";
     CheckTime = [this] { tavora::CheckTime(s_, DataTcheck, main_, players); };
+    add_editor_controls();
 }
 
 void frmSchedule1::Form_Load() {
@@ -53,6 +54,12 @@ void frmSchedule1::Form_Load() {
         data->DatabaseName = path;
         data->Refresh();
     }
+    DBCombo1.Clear();
+    Recordset& categories = DataType.Recordset();
+    for (categories.MoveFirst(); !categories.IsEOF(); categories.MoveNext())
+        DBCombo1.AddItem(field(categories, 1).text());
+    Loaded = true;
+    datPrimaryRS_Reposition();
 }
 
 std::shared_ptr<Library> frmSchedule1::library() {

@@ -131,6 +131,28 @@ TEST_F(SubMain, StartUpGivesEveryCategoryItsWorkingWeight) {
     EXPECT_EQ(jazz, 1);
 }
 
+TEST_F(SubMain, CategoryOverrideMenuStaysOffWhileItsWindowIsOpen) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    app.qx_main.click("Catover");
+    EXPECT_FALSE(app.qx_main.Catover.Enabled);
+    EXPECT_TRUE(app.form2.Visible);
+    app.form2.click("Command2");
+    EXPECT_FALSE(app.form2.Visible);
+    EXPECT_FALSE(app.form2.Loaded);
+    EXPECT_TRUE(app.qx_main.Catover.Enabled);
+}
+
+TEST_F(SubMain, AdvancedSchedMenuOpensTheChartsOnAnEmptyLibrary) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    app.qx_main.click("AdvSched");
+    EXPECT_TRUE(app.advschedule.Visible);
+    ASSERT_FALSE(dialogs().empty());
+    EXPECT_EQ(dialogs().back().request.text, "No records found for Top40");
+    EXPECT_EQ(app.advschedule.datPrimaryRS.Tag, "Title Sort");
+}
+
 TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFound) {
     set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
     fake.dialogs.QueueText("c:\\tavora\\nowhere.mdb");
