@@ -62,9 +62,12 @@ void frmSchedule1::Form_Load() {
     datPrimaryRS_Reposition();
 }
 
+// The file of the check. The rewrite of the recordings goes straight to it,
+// so the small schedule table opens it: a refresh of MainDB would read the
+// key of every recording after each rewrite.
 std::shared_ptr<Library> frmSchedule1::library() {
-    MainDB.Refresh();
-    return MainDB.Recordset().library();
+    DataSched.Refresh();
+    return DataSched.Recordset().library();
 }
 
 void frmSchedule1::Check_Sched() {

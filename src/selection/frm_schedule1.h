@@ -49,7 +49,7 @@ class frmSchedule1 : public Form {
     Control& cmdClose = add("cmdClose");
     Control& SSTab1 = add("SSTab1");           // Value: 0 the form, 1 the grid
     Control& DBCombo1 = add_list("DBCombo1");  // the category
-    Control& UpDown1 = add("UpDown1");  // raises UpClick and DownClick
+    Control& UpDown1 = add("UpDown1");         // raises UpClick and DownClick
     Control& txtFields(int index) { return *find("txtFields", index); }
     Control& chkFields(int index) { return *find("chkFields", index); }
     // The grid's columns: Power, Name, Type1, Run Now, STime, ETime.
@@ -74,6 +74,8 @@ class frmSchedule1 : public Form {
   private:
     void add_editor_controls();
     void show_entry();
+    // Shows a category in the box, on its row of the list when it has one.
+    void show_category(const std::string& category);
     // The reason the boxes can't be stored, or empty.
     std::string check_entry();
     void write_entry();

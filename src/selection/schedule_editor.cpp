@@ -6,6 +6,7 @@
 #include "runtime/convert.h"
 #include "runtime/date_text.h"
 #include "runtime/strings.h"
+#include "selection/data_arrows.h"
 #include "selection/fields.h"
 #include "selection/frm_schedule1.h"
 
@@ -76,24 +77,8 @@ void frmSchedule1::add_editor_controls() {
 }
 
 void frmSchedule1::move(int button) {
-    Recordset& entries = datPrimaryRS.Recordset();
-    entries.CancelUpdate();
-    switch (button) {
-        case 0:
-            entries.MoveFirst();
-            break;
-        case 1:
-            entries.MovePrevious();
-            break;
-        case 2:
-            entries.MoveNext();
-            break;
-        default:
-            entries.MoveLast();
-            break;
-    }
-    if (entries.IsBOF()) entries.MoveFirst();
-    if (entries.IsEOF()) entries.MoveLast();
+    press_arrow(datPrimaryRS.Recordset(), button);
+    adding_ = false;
     datPrimaryRS_Reposition();
 }
 
@@ -110,7 +95,15 @@ void frmSchedule1::show_entry() {
     }
     for (const CheckBox& box : kChecks)
         chkFields(box.index).Value = field(entries, box.field).truthy() ? 1 : 0;
-    DBCombo1.Text = field(entries, sched::Type1).text();
+    show_category(field(entries, sched::Type1).text());
+}
+
+void frmSchedule1::show_category(const std::string& category) {
+    DBCombo1.Text = category;
+    DBCombo1.ListIndex = -1;
+    for (std::size_t i = 0; i < DBCombo1.List.size(); ++i) {
+        if (DBCombo1.List[i] == category) DBCombo1.ListIndex = static_cast<int>(i);
+    }
 }
 
 void frmSchedule1::datPrimaryRS_Reposition() {
@@ -145,7 +138,7 @@ void frmSchedule1::cmdAdd_Click() {
     txtFields(0).Enabled = true;
     DBCombo1.Enabled = true;
     DBCombo1.BackColor = kWhite;
-    DBCombo1.Text.clear();
+    show_category("");
     chkFields_Click(5);
     cmdDelete.Visible = false;
 }
@@ -179,7 +172,7 @@ std::string frmSchedule1::check_entry() {
         if (!IsNumeric(day) || Val(day) < 1 || Val(day) > 31 || Val(day) != CInt(Val(day)))
             return "Enter the Day of the Month, from 1 to 31";
     }
-    if (chkFields(1).Value == 0 && Trim(DBCombo1.Text).empty())
+    if (chkFields(1).Value == 0 && Trim(DBCombo1.selected_text()).empty())
         return "Choose a Category for this schedule";
     return "";
 }
@@ -201,7 +194,7 @@ void frmSchedule1::write_entry() {
             entries.SetField(box.field, Value::boolean(chkFields(box.index).Value == 1));
     }
     if (adding_) entries.SetField(sched::DOWALL, Value::boolean(false));
-    entries.SetField(sched::Type1, Value(Trim(DBCombo1.Text)));
+    entries.SetField(sched::Type1, Value(Trim(DBCombo1.selected_text())));
 }
 
 void frmSchedule1::cmdUpdate_Click() {

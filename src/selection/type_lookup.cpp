@@ -4,6 +4,7 @@
 #include "platform/path_map.h"
 #include "runtime/convert.h"
 #include "runtime/strings.h"
+#include "selection/data_arrows.h"
 #include "selection/fields.h"
 
 namespace tavora {
@@ -120,25 +121,8 @@ void frmTypeLookup::Chk_TypeLk() {
 }
 
 void frmTypeLookup::move(int button) {
-    Recordset& types = datPrimaryRS.Recordset();
-    types.CancelUpdate();
+    press_arrow(datPrimaryRS.Recordset(), button);
     adding_ = false;
-    switch (button) {
-        case 0:
-            types.MoveFirst();
-            break;
-        case 1:
-            types.MovePrevious();
-            break;
-        case 2:
-            types.MoveNext();
-            break;
-        default:
-            types.MoveLast();
-            break;
-    }
-    if (types.IsBOF()) types.MoveFirst();
-    if (types.IsEOF()) types.MoveLast();
     datPrimaryRS_Reposition();
 }
 
