@@ -115,13 +115,13 @@ void Playback::Stop_Run(const std::string& message) {
     main_.Panel(3).Text = message;
     main_.MousePointer = 0;
     loding_.Visible = false;
-    // The line goes to the log even with the log switched off: it is why
-    // the station fell silent.
-    const int log_state = s_.Log_Due == 2 ? 2 : 0;
-    if (s_.Log_Due == 1) Log_One(s_, services_);
-    s_.Log_Line = message;
-    Log_One(s_, services_);
-    s_.Log_Due = log_state;
+    // The line says why the station fell silent; with the log off, the
+    // status bar alone says it.
+    if (s_.Log_Due != 2) {
+        if (s_.Log_Due == 1) Log_One(s_, services_);
+        s_.Log_Line = message;
+        Log_One(s_, services_);
+    }
     if (observer) observer->run_stopped(message);
 }
 

@@ -45,6 +45,7 @@ void Playback::Run() {
         } else {
             // A lead waits: it opens the set with its own mix.
             viewer_.Label1(21).Visible = false;
+            s_.Cue_File = s_.Slot_File[13];
             take_held(slot);
         }
         if (slot <= 5) {

@@ -55,12 +55,9 @@ void Playback::APlayer7_Timer() {
             TimerViewer().SetEnabled(true);
         }
     }
-    // "M7" holds the next set until the seventh song has stopped, and no
-    // longer, so the next set can start.
-    const int state = seventh.PlayState();
-    if (viewer_.mode_m7() && (state == MediaPlayer::kPlaying || state == MediaPlayer::kPaused)) {
-        s_.Settle_Count = 0;
-    }
+    // "M7" holds the next set for as long as this timer runs; KickOut stops
+    // it once the seventh song is over, so the next set can start.
+    if (viewer_.mode_m7()) s_.Settle_Count = 0;
     s_.APlayer7_Busy = 1;
     Amovie_fader();
     s_.APlayer7_Busy = 0;
@@ -69,6 +66,7 @@ void Playback::APlayer7_Timer() {
 
 void Playback::KickOut() {
     s_.Debug_Step = "KickOut";
+    APlayer7().SetEnabled(false);
     Player_Forms(7).Visible = false;
     s_.Slot_Started[14] = 1;
     s_.Slot_Ready[14] = 0;

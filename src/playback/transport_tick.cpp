@@ -116,8 +116,9 @@ void Playback::stall_recovery() {
                 s_.Load_Due = 1;
             }
         }
-        // The loop left Ply_Now past 6: the restarted player is the active one.
-        s_.Ply_Now = s_.Load_Limit == 0 ? s_.Cue_Slot - 6 : 6;
+        // The loop left Ply_Now past 6: the restarted player is the active
+        // one; with none restarted it stays past 6 until the next tick.
+        if (s_.Load_Limit == 0) s_.Ply_Now = s_.Cue_Slot - 6;
     }
     s_.Load_Limit = 0;
 }

@@ -146,10 +146,10 @@ class Request : public Form {
     void paint_row(int row);
     void show_letters(bool visible);
     int first_letter_at(long position);
-    // The first letter of the sort field on every row of the list, in upper
-    // case, 0 when Null or empty. Read again only when the sort, its field
-    // or the library changed, so repeated jumps don't walk the library.
-    const std::vector<unsigned char>& letters();
+    // The place of the sort field's first character in the letter order, on
+    // every row of the list. Read again only when the sort, its field or the
+    // library changed, so repeated jumps don't walk the library.
+    const std::vector<std::uint32_t>& letters();
     void viewer_timer(bool on);
     // Sorts 0 to 12 and the two playlist stages.
     void apply_sort(int index);
@@ -170,7 +170,7 @@ class Request : public Form {
         std::string source;
         int field = 0;
         std::uint64_t generation = 0;
-        std::vector<unsigned char> first;
+        std::vector<std::uint32_t> first;
     };
     LetterCache letter_cache_;
 

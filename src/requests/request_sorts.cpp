@@ -3,7 +3,7 @@
 
 #include "platform/dialogs.h"
 #include "requests/request_form.h"
-#include "runtime/strings.h"
+#include "runtime/text_order.h"
 #include "store/statement.h"
 
 namespace tavora {
@@ -32,19 +32,10 @@ constexpr Sort kSorts[] = {
     {"CRequest", "Sorted By Current Requests"},
 };
 
-std::string first_char_upper(const Value& v) {
-    return UCase(tavora::Left(v.text(), 1));
-}
-
-// The first byte of a text field in upper case, 0 for Null or empty: the
-// letter jumps compare single letters, and a walk of the whole list must not
-// build a string per row.
-unsigned char first_byte_upper(const Value& v) {
-    if (v.kind() != Value::Kind::Text) return v.is_null() ? 0 : first_char_upper(v)[0];
-    const std::string text = v.text();
-    if (text.empty()) return 0;
-    const unsigned char c = static_cast<unsigned char>(text[0]);
-    return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
+// The place of a field's first character in the letter order; 0 for Null
+// or empty.
+std::uint32_t first_order(const Value& v) {
+    return v.is_null() ? 0 : first_char_order(v.text());
 }
 
 }  // namespace
@@ -129,7 +120,7 @@ void Request::fall_back_to_titles(int index) {
     if (index == 10) PL_New();
 }
 
-const std::vector<unsigned char>& Request::letters() {
+const std::vector<std::uint32_t>& Request::letters() {
     Recordset& r = rs();
     const std::uint64_t generation = r.library() ? r.library()->generation() : 0;
     LetterCache& cache = letter_cache_;
@@ -143,16 +134,14 @@ const std::vector<unsigned char>& Request::letters() {
     // Every list is a sort of Recordings1: one pass over the table by row
     // key, then the list's order from its keys, costs far less than reading
     // the field row by row in the list's order.
-    std::unordered_map<long long, unsigned char> by_key;
+    std::unordered_map<long long, std::uint32_t> by_key;
     if (r.library()) {
         Statement read = r.library()->connection().prepare(
-            Sort_Field == 2 ? "SELECT rowid, upper(substr(Artist, 1, 1)) FROM Recordings1"
-                            : "SELECT rowid, upper(substr(Title, 1, 1)) FROM Recordings1");
+            Sort_Field == 2 ? "SELECT rowid, substr(Artist, 1, 1) FROM Recordings1"
+                            : "SELECT rowid, substr(Title, 1, 1) FROM Recordings1");
         by_key.reserve(static_cast<std::size_t>(r.RecordCount()));
         while (read.step() == Statement::Step::Row) {
-            const std::string first = read.column_text(1);
-            by_key.emplace(read.column_int64(0),
-                           first.empty() ? 0 : static_cast<unsigned char>(first[0]));
+            by_key.emplace(read.column_int64(0), first_char_order(read.column_text(1)));
         }
     }
     for (r.MoveFirst(); !r.IsEOF(); r.MoveNext()) {
@@ -160,7 +149,7 @@ const std::vector<unsigned char>& Request::letters() {
         const auto found =
             key.is_null() ? by_key.end() : by_key.find(static_cast<long long>(key.number()));
         cache.first.push_back(found != by_key.end() ? found->second
-                                                    : first_byte_upper(r.Fields(Sort_Field)));
+                                                    : first_order(r.Fields(Sort_Field)));
     }
     cache.source = datPrimaryRS.RecordSource;
     cache.field = Sort_Field;
@@ -169,9 +158,9 @@ const std::vector<unsigned char>& Request::letters() {
 }
 
 int Request::first_letter_at(long position) {
-    const std::vector<unsigned char>& first = letters();
+    const std::vector<std::uint32_t>& first = letters();
     if (position < 0 || position >= static_cast<long>(first.size())) return -1;
-    return first[static_cast<std::size_t>(position)];
+    return static_cast<int>(first[static_cast<std::size_t>(position)]);
 }
 
 void Request::BLtr_Click(int index) {
@@ -190,8 +179,8 @@ void Request::BLtr_Click(int index) {
     if (index < 26) {
         // One walk from the first row; a letter with no entries lands on
         // the next letter that has one.
-        const unsigned char wanted = static_cast<unsigned char>(letter[0]);
-        const std::vector<unsigned char>& first = letters();
+        const std::uint32_t wanted = first_char_order(letter);
+        const std::vector<std::uint32_t>& first = letters();
         const long end = std::min(List_Last, static_cast<long>(first.size()) - 1);
         for (long i = List_Pos; i <= end; ++i) {
             if (wanted <= first[static_cast<std::size_t>(i)]) {

@@ -27,7 +27,7 @@ Form2::Form2(Station& station, Services& services, LibraryPool& pool)
     on_click("CmdCat", [this](int index) { CmdCat_Click(index); });
     on_click("Combo1", [this](int) { Combo1_Click(); });
     on_click("Command1", [this](int) { Command1_Click(); });
-    on_click("Command2", [this](int) { Visible = false; });
+    on_click("Command2", [this](int) { Form_Unload(); });
 }
 
 void Form2::Form_Load() {
@@ -35,6 +35,13 @@ void Form2::Form_Load() {
     Combo1.Text = Format(station_.Over_Len, "short time");
     show_state();
     Cat_Chk();
+    Loaded = true;
+}
+
+void Form2::Form_Unload() {
+    Visible = false;
+    Loaded = false;
+    if (Unloaded) Unloaded();
 }
 
 void Form2::show_state() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "core/forms/form.h"
 #include "core/services.h"
 #include "core/station.h"
@@ -19,6 +21,10 @@ class Form2 : public Form {
     DataControl DataCat;  // the Schedule table
 
     void Form_Load();
+    // `Command2`: closes the window.
+    void Form_Unload();
+    // Told when the window closes; the station turns its menu entry back on.
+    std::function<void()> Unloaded;
     // Redraws one button per schedule entry, green when it is marked.
     void Cat_Chk();
     void CmdCat_Click(int index);

@@ -46,6 +46,7 @@ frmSchedule1::frmSchedule1(Station& station, Services& services, LibraryPool& po
     DataType.RecordSource = "select * from [Type Lookup] Order by [Type]";
     DataTcheck.RecordSource = "SRequest";
     CheckTime = [this] { tavora::CheckTime(s_, DataTcheck, main_, players); };
+    add_editor_controls();
 }
 
 void frmSchedule1::Form_Load() {
@@ -54,11 +55,20 @@ void frmSchedule1::Form_Load() {
         data->DatabaseName = path;
         data->Refresh();
     }
+    DBCombo1.Clear();
+    Recordset& categories = DataType.Recordset();
+    for (categories.MoveFirst(); !categories.IsEOF(); categories.MoveNext())
+        DBCombo1.AddItem(field(categories, 1).text());
+    Loaded = true;
+    datPrimaryRS_Reposition();
 }
 
+// The file of the check. The rewrite of the recordings goes straight to it,
+// so the small schedule table opens it: a refresh of MainDB would read the
+// key of every recording after each rewrite.
 std::shared_ptr<Library> frmSchedule1::library() {
-    MainDB.Refresh();
-    return MainDB.Recordset().library();
+    DataSched.Refresh();
+    return DataSched.Recordset().library();
 }
 
 void frmSchedule1::Check_Sched() {

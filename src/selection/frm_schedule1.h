@@ -40,11 +40,47 @@ class frmSchedule1 : public Form {
 
     Control& Label1 = add("Label1");
 
+    // The editor: the record actions, the two tabs, the boxes of the current
+    // entry and the grid.
+    Control& cmdAdd = add("cmdAdd");
+    Control& cmdDelete = add("cmdDelete");
+    Control& cmdUpdate = add("cmdUpdate");
+    Control& cmdRefresh = add("cmdRefresh");
+    Control& cmdClose = add("cmdClose");
+    Control& SSTab1 = add("SSTab1");           // Value: 0 the form, 1 the grid
+    Control& DBCombo1 = add_list("DBCombo1");  // the category
+    Control& UpDown1 = add("UpDown1");         // raises UpClick and DownClick
+    Control& txtFields(int index) { return *find("txtFields", index); }
+    Control& chkFields(int index) { return *find("chkFields", index); }
+    // The grid's columns: Power, Name, Type1, Run Now, STime, ETime.
+    Control& DataGrid1(int column) { return *find("DataGrid1", column); }
+
     // Sets the active library on all five data controls.
     void Form_Load();
     void Check_Sched();
 
+    // At each move of the editor's list.
+    void datPrimaryRS_Reposition();
+    void cmdAdd_Click();
+    void cmdDelete_Click();
+    void cmdUpdate_Click();
+    void cmdRefresh_Click();
+    void SSTab1_Click();
+    void chkFields_Click(int index);
+    void UpDown1_Change(int step);
+    // A click in the grid on the current row, by column.
+    void DataGrid1_Click(int column);
+
   private:
+    void add_editor_controls();
+    void show_entry();
+    // Shows a category in the box, on its row of the list when it has one.
+    void show_category(const std::string& category);
+    // The reason the boxes can't be stored, or empty.
+    std::string check_entry();
+    void write_entry();
+    void move(int button);
+    bool is_always();
     bool active(const std::string& category) const;
     void reset_weights();
     void judge_entry(bool weights_on, class Recordset& entry);
@@ -58,6 +94,7 @@ class frmSchedule1 : public Form {
     frmTypeLookup& types_;
     DataControl& setup_;
     std::string roll_over_failure_;  // the reason last told, so each is told once
+    bool adding_ = false;  // a new entry waits for its Update
 };
 
 }  // namespace tavora

@@ -10,7 +10,8 @@ namespace tavora {
 namespace {
 
 // Whether a row is active now: one of its three categories is in the list,
-// or, when a running entry activates all charts, it is on a chart. ?1 to ?n
+// or, when a running entry activates all charts, it is on a chart. The
+// columns ignore case for the screens; here "rock" is not "Rock". ?1 to ?n
 // are the active categories, ?(n+1) the all-charts switch.
 std::string active_expression(int categories) {
     std::string list;
@@ -21,8 +22,8 @@ std::string active_expression(int categories) {
     const std::string charts = "?" + std::to_string(categories + 1);
     std::string in_list = "0";
     if (categories > 0) {
-        in_list =
-            "[Category] IN (" + list + ") OR [Speed] IN (" + list + ") OR [Type] IN (" + list + ")";
+        in_list = "[Category] COLLATE BINARY IN (" + list + ") OR [Speed] COLLATE BINARY IN (" +
+                  list + ") OR [Type] COLLATE BINARY IN (" + list + ")";
     }
     return "(CASE WHEN " + in_list + " OR (" + charts +
            " AND ([T40] > 0 OR [C40] > 0 OR [D40] > 0 OR [AM40] > 0)) THEN 1 ELSE 0 END)";

@@ -42,10 +42,13 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
     playback.station_port.end_program = [this] { Shutdown(); };
     qx_main.on_click("mnu_File_Run", [this](int) { playback.Run(); });
     qx_main.on_click("mnu_File_Pause", [this](int) { playback.Ply_Pse(); });
+    // The entry stays off while its window is open, so one click loads it once.
     qx_main.on_click("Catover", [this](int) {
+        qx_main.Catover.Enabled = false;
         form2.Form_Load();
         form2.Visible = true;
     });
+    form2.Unloaded = [this] { qx_main.Catover.Enabled = true; };
     setup.End_Program = [this] { Shutdown(); };
     qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
     qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
@@ -57,6 +60,10 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
         schedule.Form_Load();
         schedule.Visible = true;
     });
+    qx_main.on_click("AdvSched", [this](int) {
+        advschedule.Form_Load();
+        advschedule.Visible = true;
+    });
     qx_main.on_click("mnu_Options_AutoRewind", [this](int) {
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
@@ -66,9 +73,9 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
 StationApp::~StationApp() = default;
 
 Form* StationApp::form(std::string_view name) {
-    for (Form* window : std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request,
-                                                     &viewer, &loding, &mail, &type_lookup,
-                                                     &schedule, &form2, &playback.on_air}) {
+    for (Form* window : std::initializer_list<Form*>{
+             &qx_main, &setup, &about, &tavora_db, &request, &viewer, &loding, &mail, &type_lookup,
+             &schedule, &form2, &advschedule, &playback.on_air}) {
         if (window->name() == name) return window;
     }
     for (int n = 1; n <= kPlayers; ++n) {

@@ -19,6 +19,7 @@
 #include "playback/media_player.h"
 #include "playback/playback.h"
 #include "requests/request_form.h"
+#include "selection/advschedule.h"
 #include "selection/form2.h"
 #include "selection/frm_schedule1.h"
 #include "selection/selection.h"
@@ -74,6 +75,7 @@ class StationApp {
     frmTypeLookup type_lookup{station, services_, pool};
     frmSchedule1 schedule;
     Form2 form2{station, services_, pool};
+    Advschedule advschedule{station, services_, pool};
     Selection selection{station, services_, pool, qx_main, loding, type_lookup};
     StationManagerLink manager{station, services_};
     WebList web{request, station, services_};

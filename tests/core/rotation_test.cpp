@@ -108,6 +108,7 @@ class SetupCommands : public Rotation {
   protected:
     void SetUp() override {
         Rotation::SetUp();
+        station.Run_Mode = 0;  // start-up's verdict on a library on c:; the screen keeps it
         screen.End_Program = [this] { ++ended; };
         screen.Form_Load();
     }

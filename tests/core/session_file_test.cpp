@@ -51,8 +51,9 @@ TEST(SessionFile, RoundTripKeepsEveryValueButTheSeventhPlayerView) {
     EXPECT_EQ(text_of(folder.path() / "again.ini"), text_of(folder.path() / "qxbp.ini"));
 }
 
-// Only 1 on the first lines means True, text where a number belongs reads as zero, and
-// what a short file lacks keeps its default.
+// Only 1 on the first lines means True. Text where a number belongs is a
+// read error: passed over on the first two lines, the end of the reading
+// after them.
 TEST(SessionFile, OddLinesReadAsTheyAlwaysHave) {
     TestFolder folder;
     Station station;
@@ -60,10 +61,12 @@ TEST(SessionFile, OddLinesReadAsTheyAlwaysHave) {
     ASSERT_TRUE(Read_BP(station, write_file(folder, "2\n-1\n")));
     EXPECT_FALSE(station.BP_On);
     EXPECT_FALSE(station.BP_Tuesday);
-    ASSERT_TRUE(Read_BP(station, write_file(folder, "x\n1\nmany\n")));
-    EXPECT_FALSE(station.BP_On);
+    station.BP_On = true;
+    ASSERT_TRUE(Read_BP(station, write_file(folder, "x\n1\nmany\n40\n")));
+    EXPECT_TRUE(station.BP_On);
     EXPECT_TRUE(station.BP_Tuesday);
-    EXPECT_EQ(station.BP_Block, 0);
+    EXPECT_EQ(station.BP_Block, Station{}.BP_Block);
+    EXPECT_EQ(station.BP_Chars, Station{}.BP_Chars);
 
     Station fresh;
     ASSERT_TRUE(Read_BP(fresh, write_file(folder, "1\n")));

@@ -55,6 +55,17 @@ TEST_F(Operator, ASkipWhileTheSeventhPlaysStopsIt) {
     EXPECT_EQ(station.Ply_Now, active);
 }
 
+TEST_F(Operator, MSevenModeClearsTheSettleCountWhateverTheSeventhPlayerDoes) {
+    station.Ply7_On = 1;
+    station.Ply7_View = false;
+    start_set();
+    ASSERT_TRUE(viewer.mode_m7());
+    ASSERT_FALSE(plays(7));
+    station.Settle_Count = 4;
+    playback->APlayer7_Timer();
+    EXPECT_EQ(station.Settle_Count, 0);
+}
+
 TEST_F(Operator, ARestartAsksFirstAndCancelLeavesTheSetPlaying) {
     start_set();
     const std::size_t picked = air.commits.size();

@@ -101,6 +101,25 @@ TEST_F(Scenario, TheRunStopsWithItsMessageWhenNoFileExistsOrSelectionFindsNothin
     ASSERT_TRUE(wait_until([&] { return !air.starts(1).empty(); }, 10));
 }
 
+TEST_F(Scenario, ALeadHeldBeforeTheRunOpensTheSetAsTheLastCommittedFile) {
+    put(station, 13, {"song165.mp3", 2, 6}, 99);
+    run();
+    EXPECT_EQ(station.Slot_RecID[1], 99);
+    EXPECT_EQ(station.Slot_MixOut[1], 6) << "a lead keeps its own mix";
+    EXPECT_EQ(station.Slot_Ready[13], 0);
+    EXPECT_EQ(station.Cue_File, "d:\\song165.mp3");
+}
+
+TEST_F(Scenario, AStoppedRunWritesNoLogLineWhileTheLogIsOff) {
+    station.Log_Due = 2;
+    selection.songs = {{"gone1.mp3"}, {"gone2.mp3"}};
+    run();
+    ASSERT_TRUE(playback->run_stopped());
+    EXPECT_EQ(main.Panel(3).Text, Playback::kNothingPlayable);
+    EXPECT_EQ(log_text(), "");
+    EXPECT_EQ(station.Log_Due, 2);
+}
+
 // Silent stretches of the rendered mix, in frames, once the music began.
 class SilenceMeter {
   public:

@@ -112,5 +112,25 @@ TEST_F(RequestList, LetterJumpsStepsAndSearch) {
     EXPECT_FALSE(request->DBCombo1.Visible);
 }
 
+// Punctuation sorts among the list's first rows but stands below every
+// letter and digit, as a person reads it; case doesn't count.
+TEST_F(RequestList, LetterJumpsPassOverPunctuationAndIgnoreCase) {
+    for (const char* title : {"_Intro", "[Live]", "apple", "Banana", "cherry"})
+        add(title);
+    request->Form_Load();
+    request->BLtr_Click(0);
+    EXPECT_EQ(request->List_Top, 2);
+    request->List_Top = 0;
+    request->Command5_Click();
+    EXPECT_EQ(request->List_Top, 1);
+    request->Command5_Click();
+    EXPECT_EQ(request->List_Top, 2);
+    request->Command5_Click();
+    EXPECT_EQ(request->List_Top, 3);
+    request->List_Top = 4;
+    request->Command2_Click();
+    EXPECT_EQ(request->List_Top, 3);
+}
+
 }  // namespace
 }  // namespace tavora

@@ -158,6 +158,18 @@ TEST_F(ScheduleTest, SecondAndThirdCategoryFieldsCountToo) {
     EXPECT_EQ(selected(), (std::vector<double>{0, 1, 0}));
 }
 
+// With the weights off, an entry's category reaches the library unchecked.
+TEST_F(ScheduleTest, CategoriesMatchExactlyInCaseAndBlanks) {
+    set_now(46092.0 + TimeSerial(0, 30, 0));
+    entry({{"Type1", Value("pop")}});
+    entry({{"Type1", Value("ROCK ")}});
+    schedule.Check_Sched();
+    EXPECT_EQ(selected(), kNone);
+    entry({{"Type1", Value("Country")}});
+    schedule.Check_Sched();
+    EXPECT_EQ(selected(), (std::vector<double>{0, 0, 1}));
+}
+
 TEST_F(ScheduleTest, OverrideRunsOnlyMarkedEntriesUntilItEnds) {
     entry({{"Type1", Value("POP")}});
     entry({{"Type1", Value("ROCK")}, {"Power", Value::boolean(false)}, {"Override", Value(1)}});

@@ -86,6 +86,11 @@ TEST_F(SubMain, LibraryOnAnotherDriveMeansRemoteUseWithoutCompaction) {
     ASSERT_TRUE(app.Sub_Main());
     EXPECT_EQ(app.station.Run_Mode, 1);
     EXPECT_FALSE(files::Exists(home() / "qxlast.mdb"));
+    // Opening Setup reads the remote box without touching the mode.
+    app.qx_main.click("mnu_Options_Setup");
+    EXPECT_EQ(app.station.Run_Mode, 1);
+    app.qx_main.click("mnu_File");
+    EXPECT_FALSE(app.qx_main.mnu_File_Run.Enabled);
 }
 
 TEST_F(SubMain, AutoStartOnTheLocalDriveGivesRunModeTwo) {
@@ -122,6 +127,28 @@ TEST_F(SubMain, StartUpGivesEveryCategoryItsWorkingWeight) {
         EXPECT_EQ(weights.Fields("ExcludeFiles").text(), "99");
     }
     EXPECT_EQ(jazz, 1);
+}
+
+TEST_F(SubMain, CategoryOverrideMenuStaysOffWhileItsWindowIsOpen) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    app.qx_main.click("Catover");
+    EXPECT_FALSE(app.qx_main.Catover.Enabled);
+    EXPECT_TRUE(app.form2.Visible);
+    app.form2.click("Command2");
+    EXPECT_FALSE(app.form2.Visible);
+    EXPECT_FALSE(app.form2.Loaded);
+    EXPECT_TRUE(app.qx_main.Catover.Enabled);
+}
+
+TEST_F(SubMain, AdvancedSchedMenuOpensTheChartsOnAnEmptyLibrary) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    app.qx_main.click("AdvSched");
+    EXPECT_TRUE(app.advschedule.Visible);
+    ASSERT_FALSE(dialogs().empty());
+    EXPECT_EQ(dialogs().back().request.text, "No records found for Top40");
+    EXPECT_EQ(app.advschedule.datPrimaryRS.Tag, "Title Sort");
 }
 
 TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFound) {

@@ -189,12 +189,12 @@ void frmSetup::Form_Load() {
 void frmSetup::read_row_into_boxes() {
     Recordset& row = datPrimaryRS.Recordset();
     row.MoveFirst();
-    // Bound boxes raise their Click as the row fills them, with the screen
-    // still hidden: that is how the remote box sets Run_Mode silently.
-    for (const BoundBox& box : kBoxes) {
+    // Filling the boxes refreshes the switches they carry but never the
+    // mode: start-up decided it, and a library on another drive is remote
+    // whatever the box says.
+    for (const BoundBox& box : kBoxes)
         chkFields(box.index).Value = row.Fields(box.field).truthy() ? 1 : 0;
-        chkFields_Click(box.index);
-    }
+    refresh_switches();
     for (const BoundText& text : kTexts) {
         const Value value = row.Fields(text.field);
         const bool time_only = text.is_date && !value.is_null() && value.number() < 1;
@@ -262,6 +262,10 @@ void frmSetup::chkFields_Click(int index) {
     } else {
         station_.Run_Mode = remote ? 1 : 0;
     }
+    refresh_switches();
+}
+
+void frmSetup::refresh_switches() {
     station_.Power_On = chkFields(7).Value == 1 ? 1 : 0;
     station_.Ply7_On = chkFields(10).Value == 1 ? 1 : 0;
     station_.Live_Pop = chkFields(11).Value == 1 ? 1 : 0;

@@ -68,6 +68,7 @@ class frmSetup : public Form {
   private:
     void bind_lists();
     void read_row_into_boxes();
+    void refresh_switches();
     void write_boxes_into_row();
     void say_and_end(const std::string& text, const std::string& title);
     std::filesystem::path home() const;

@@ -19,13 +19,15 @@ std::string bool_text(bool on) {
     return on ? "True" : "False";
 }
 
-// A read of one item into a numeric variable: fails only when nothing is
-// left to read; text that isn't a number reads as 0, as input always did.
+// A read of one item into a numeric variable: an empty item reads as 0,
+// text that isn't a number is a read error like the end of the file.
 std::optional<double> read_number(TextReader& reader) {
     ReadResult item = reader.read_item();
     if (!item.ok()) return std::nullopt;
     const std::string text = Trim(item.text);
-    return IsNumeric(text) ? Val(text) : 0.0;
+    if (text.empty()) return 0.0;
+    if (!IsNumeric(text)) return std::nullopt;
+    return Val(text);
 }
 
 // A read into a boolean; text that is no boolean is a failure.

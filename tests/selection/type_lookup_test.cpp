@@ -1,0 +1,134 @@
+#include "runtime/strings.h"
+#include "selection_fixture.h"
+
+namespace tavora {
+namespace {
+
+class TypeLookupTest : public SelectionTest {
+  protected:
+    // Moves the category screen to a category, as its arrows would.
+    void show(const std::string& type) {
+        types.click("datPrimaryRS", 0);
+        while (types.txtType.Text != type && !types.datPrimaryRS.Recordset().IsEOF()) {
+            const long before = types.datPrimaryRS.Recordset().AbsolutePosition();
+            types.click("datPrimaryRS", 2);
+            if (types.datPrimaryRS.Recordset().AbsolutePosition() == before) break;
+        }
+        ASSERT_EQ(types.txtType.Text, type);
+    }
+    std::pair<std::string, std::string> weight_of(const std::string& category) {
+        Recordset table = OpenRecordset(library, "DSearch");
+        for (; !table.IsEOF(); table.MoveNext()) {
+            if (table.Fields("Category").text() == category)
+                return {table.Fields("ValidFiles").text(), table.Fields("ExcludeFiles").text()};
+        }
+        return {};
+    }
+    int categories_named(const std::string& type) {
+        int n = 0;
+        for (Recordset t = OpenRecordset(library, "Type Lookup"); !t.IsEOF(); t.MoveNext())
+            n += t.Fields("Type").text() == type ? 1 : 0;
+        return n;
+    }
+    void add_category(const std::string& type, const std::string& weight,
+                      const std::string& count) {
+        types.click("cmdAdd");
+        types.set("txtType", -1, type);
+        types.set("txtWeight", -1, weight);
+        types.set("txtCount", -1, count);
+        types.click("cmdUpdate");
+    }
+};
+
+TEST_F(TypeLookupTest, TheWindowOpensOnAMasterThatCannotBeDeleted) {
+    // Form_Initialize ran in the fixture: the first category by name is shown.
+    EXPECT_FALSE(types.txtType.Text.empty());
+    EXPECT_FALSE(types.cmdDelete.Visible);
+    EXPECT_TRUE(types.Label6.Visible);
+    EXPECT_FALSE(types.txtType.Enabled);
+    const std::string master = types.txtType.Text;
+    types.click("cmdDelete");
+    EXPECT_EQ(categories_named(master), 1);
+    ASSERT_FALSE(fake.dialogs.shown().empty());
+    EXPECT_EQ(fake.dialogs.shown().back().request.text, types.Label6.Caption);
+}
+
+TEST_F(TypeLookupTest, AddWritesTheTypedCategoryAndItsWeightWithoutBlanks) {
+    add_category("Jazz  ", "3", "0");
+    EXPECT_EQ(categories_named("Jazz"), 1);
+    EXPECT_EQ(weight_of("Jazz"), (std::pair<std::string, std::string>{"3", "0"}));
+    EXPECT_EQ(types.txtType.Text, "Jazz");
+    EXPECT_TRUE(types.cmdDelete.Visible) << "a new category is no master";
+    // Its weight is edited in place; a rename takes the weight row along.
+    types.set("txtWeight", -1, "7");
+    types.set("txtType", -1, "Cool Jazz");
+    types.click("cmdUpdate");
+    EXPECT_EQ(weight_of("Cool Jazz"), (std::pair<std::string, std::string>{"7", "0"}));
+    EXPECT_EQ(weight_of("Jazz"), (std::pair<std::string, std::string>{}));
+    types.click("cmdDelete");
+    EXPECT_EQ(categories_named("Cool Jazz"), 0);
+}
+
+TEST_F(TypeLookupTest, BadWeightsAndNamesAreRefusedWithAReason) {
+    const auto refused = [&](const char* type, const char* weight, const char* count) {
+        const std::size_t asked = fake.dialogs.shown().size();
+        add_category(type, weight, count);
+        types.click("datPrimaryRS", 0);  // leaves the new row unwritten
+        return fake.dialogs.shown().size() == asked + 1 && categories_named(Trim(type)) == 0;
+    };
+    EXPECT_TRUE(refused("Jazz", "101", "0"));
+    EXPECT_TRUE(refused("Jazz", "-1", "0"));
+    EXPECT_TRUE(refused("Jazz", "lots", "0"));
+    EXPECT_TRUE(refused("Jazz", "5", "100"));
+    EXPECT_TRUE(refused("   ", "5", "0"));
+    EXPECT_FALSE(refused("Jazz", "20", "99"));
+    const std::size_t asked = fake.dialogs.shown().size();
+    add_category("Jazz", "5", "0");
+    EXPECT_EQ(fake.dialogs.shown().size(), asked + 1) << "a second Jazz";
+    EXPECT_EQ(categories_named("Jazz"), 1);
+}
+
+// The weight and count set on the screen decide what the schedule
+// activates: a category at its weight drops out while another has weight
+// left, and comes back when its count is set lower.
+TEST_F(TypeLookupTest, ACategoryAddedWithAWeightIsLimitedByIt) {
+    add_category("Jazz", "2", "0");
+    Recordset always = OpenRecordset(library, "Schedule");
+    always.Edit();
+    always.SetField("Type1", Value("Jazz"));
+    always.Update();
+    Recordset second = OpenRecordset(library, "Schedule");
+    second.AddNew();
+    for (const char* day : {"Mo", "Tu", "We", "Th", "Fr", "Sa", "Su"})
+        second.SetField(day, Value::boolean(true));
+    second.SetField("Name", Value("Pop"));
+    second.SetField("Power", Value::boolean(true));
+    second.SetField("DOMALL", Value::boolean(true));
+    second.SetField("Type1", Value("POP"));
+    ASSERT_TRUE(second.Update());
+    const long jazz = add({{"Category", Value("Jazz")}});
+    const long pop = add();
+    show("POP");
+    types.set("txtWeight", -1, "20");
+    types.set("txtCount", -1, "0");
+    types.click("cmdUpdate");
+
+    schedule.Check_Sched();
+    EXPECT_EQ(field(jazz, "Schedule Select").number(), 1);
+    show("Jazz");
+    types.set("txtCount", -1, "2");
+    types.click("cmdUpdate");
+    schedule.Check_Sched();
+    EXPECT_EQ(field(jazz, "Schedule Select").number(), 0);
+    EXPECT_EQ(field(pop, "Schedule Select").number(), 1);
+    EXPECT_EQ(pick(), pop);
+    show("Jazz");
+    types.set("txtCount", -1, "1");
+    types.click("cmdUpdate");
+    schedule.Check_Sched();
+    EXPECT_EQ(field(jazz, "Schedule Select").number(), 1);
+    EXPECT_NE(types.Label3.Caption.find("Jazz, "), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tavora
