@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "add_command.h"
 #include "command_line.h"
 #include "core/version.h"
 #include "headless_command.h"
@@ -35,6 +36,8 @@ int main(int argc, char** argv) {
             return tavora::run_headless(line.home, line.output);
         case tavora::CommandLine::Action::Simulate:
             return tavora::run_simulate(line, std::cout, std::cerr);
+        case tavora::CommandLine::Action::Add:
+            return tavora::run_add(line, std::cout, std::cerr);
         case tavora::CommandLine::Action::Run:
             break;
     }

@@ -66,7 +66,7 @@ class StationApp {
     QXMain qx_main{station};
     frmSetup setup;
     frmAbout about;
-    frmTavoraDb tavora_db{pool};
+    frmTavoraDb tavora_db{station, services_, pool};
     Request request;
     frmViewer viewer;
     frmLoding loding;
@@ -85,6 +85,7 @@ class StationApp {
     bool ask_for_library();
     void read_setup_row();
     void start_internet_interface();
+    void wire_catalogue();
 
     std::optional<InstanceLock> lock_;
     bool ended_ = false;
