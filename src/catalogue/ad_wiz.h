@@ -11,6 +11,7 @@ class AdWiz : public Form {
   public:
     static constexpr long kLit = 8454016;      // a lit kind button
     static constexpr long kFace = 0x8000000F;  // the system's button colour
+    static constexpr long kGreen = 65280;
 
     AdWiz();
 

@@ -177,29 +177,34 @@ void frmTavoraDb::CmdRepAll_Click() {
                                  Buttons::YesNo) != Answer::Yes) {
         return;
     }
-    DataSearch.Refresh();
-    Recordset& rows = DataSearch.Recordset();
     long replaced = 0;
-    const auto data = rows.library();
-    if (!data) return;
-    MousePointer = 11;
-    // One commit for the walk; a failure part-way leaves the library as it was.
-    Transaction batch = data->transaction();
-    rows.MoveLast();
-    for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext()) {
+    walk_search([&](Recordset& rows) {
         const std::string name = rows.Fields("Long title").text();
-        if (LCase(tavora::Left(name, 1)) != LCase(old_letter)) continue;
+        if (LCase(tavora::Left(name, 1)) != LCase(old_letter)) return;
         rows.Edit();
         rows.SetField("Long title",
                       Value(tavora::Left(LCase(new_letter) + ":" + Mid(name, 3), 240)));
         if (rows.Update()) ++replaced;
-    }
-    batch.commit();
+    });
     Data1.Refresh();
-    MousePointer = 0;
     services_.dialogs.MsgBox("COMPLETE! Drive (" + old_letter + ") has been replaced with drive (" +
                              new_letter + ")\r\n" + std::to_string(replaced) +
                              " Records were replaced");
+}
+
+void frmTavoraDb::walk_search(const std::function<void(Recordset&)>& each) {
+    DataSearch.Refresh();
+    Recordset& rows = DataSearch.Recordset();
+    const auto data = rows.library();
+    if (!data) return;
+    MousePointer = 11;
+    // One commit for the walk: a failure part-way leaves the library as it was.
+    Transaction batch = data->transaction();
+    rows.MoveLast();
+    for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext())
+        each(rows);
+    batch.commit();
+    MousePointer = 0;
 }
 
 void frmTavoraDb::cmdRefresh_Click() {

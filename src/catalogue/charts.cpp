@@ -45,21 +45,13 @@ void frmTavoraDb::ClrAll_Click(int index) {
                                  Buttons::YesNo, "Clear Charts", Icon::None, 2) != Answer::Yes) {
         return;
     }
-    MousePointer = 11;
-    DataSearch.Refresh();
-    Recordset& rows = DataSearch.Recordset();
-    if (const auto data = rows.library()) {
-        Transaction batch = data->transaction();
-        for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext()) {
-            // An intro's number says which song it leads into: it stays.
-            if (!rows.Fields("Source").is_null()) continue;
-            rows.Edit();
-            rows.SetField(kCharts[index], Value(0));
-            rows.Update();
-        }
-        batch.commit();
-    }
-    MousePointer = 0;
+    walk_search([&](Recordset& rows) {
+        // An intro's number says which song it leads into: it stays.
+        if (!rows.Fields("Source").is_null()) return;
+        rows.Edit();
+        rows.SetField(kCharts[index], Value(0));
+        rows.Update();
+    });
     Recordset& shown = Data1.Recordset();
     shown.MoveFirst();
     shown.MoveLast();

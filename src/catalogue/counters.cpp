@@ -61,22 +61,14 @@ void frmTavoraDb::Command8_Click(int index) {
         }
         open_to = index == 1 ? 0 : 1;
     }
-    MousePointer = 11;
-    DataSearch.Refresh();
-    Recordset& rows = DataSearch.Recordset();
-    if (const auto data = rows.library()) {
-        Transaction batch = data->transaction();
-        for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext()) {
-            if (!rows.Edit()) continue;
-            clear_counters(rows, choice);
-            const double sel = rows.Fields("Sel").number();
-            // Playlist members in cue (1000 and up) keep their mark.
-            if (open_to >= 0 && sel > open_to && sel < 1000) rows.SetField("Sel", Value(open_to));
-            rows.Update();
-        }
-        batch.commit();
-    }
-    MousePointer = 0;
+    walk_search([&](Recordset& rows) {
+        if (!rows.Edit()) return;
+        clear_counters(rows, choice);
+        const double sel = rows.Fields("Sel").number();
+        // Playlist members in cue (1000 and up) keep their mark.
+        if (open_to >= 0 && sel > open_to && sel < 1000) rows.SetField("Sel", Value(open_to));
+        rows.Update();
+    });
     Data1.Refresh();
     dialogs.MsgBox("Completed!");
 }

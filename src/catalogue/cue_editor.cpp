@@ -30,18 +30,23 @@ void frmTavoraDb::SSTab1_Click(int /*previous_tab*/) {
         return;
     }
     const std::string path = Data1.Recordset().Fields("Long title").text();
-    if (tavora::Left(path, 2) == "CD" || tavora::Left(path, 4) == "QXPL") {
-        if (tavora::Left(path, 2) == "CD") {
-            services_.dialogs.MsgBox("You Cannot Edit a CD file, Use The CD Player to Edit.",
-                                     Buttons::OKOnly, "Edit On CD Not Allowed");
-        } else {
-            services_.dialogs.MsgBox("You Cannot Edit a PLAY LIST file, Use The JukeBox to Edit.",
-                                     Buttons::OKOnly, "Edit On Play List Not Allowed");
-        }
-        return show_tab(2);
-    }
+    if (refused_for_preview(path)) return show_tab(2);
     ap_timer_->SetEnabled(true);
     if (ActiveMoviePreview) ActiveMoviePreview->FileName(native(net_file(path, 1)));
+}
+
+bool frmTavoraDb::refused_for_preview(const std::string& path) {
+    if (tavora::Left(path, 2) == "CD") {
+        services_.dialogs.MsgBox("You Cannot Edit a CD file, Use The CD Player to Edit.",
+                                 Buttons::OKOnly, "Edit On CD Not Allowed");
+        return true;
+    }
+    if (tavora::Left(path, 4) == "QXPL") {
+        services_.dialogs.MsgBox("You Cannot Edit a PLAY LIST file, Use The JukeBox to Edit.",
+                                 Buttons::OKOnly, "Edit On Play List Not Allowed");
+        return true;
+    }
+    return false;
 }
 
 void frmTavoraDb::open_in_preview() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -181,6 +182,10 @@ class frmTavoraDb : public Form {
     void light_sort_button();
     void light_kind();
     void open_in_preview();
+    // A CD or playlist row says why it can't be previewed.
+    bool refused_for_preview(const std::string& path);
+    // Each row of the search control, under the wait pointer, in one commit.
+    void walk_search(const std::function<void(Recordset&)>& each);
     void edit_row(const char* field, const Value& value);
     void wire_controls();
 

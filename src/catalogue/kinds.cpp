@@ -6,8 +6,6 @@ namespace tavora {
 
 namespace {
 
-constexpr long kGreen = 65280;
-
 struct KindButton {
     const char* button;
     const char* title;
@@ -92,7 +90,7 @@ void frmTavoraDb::BtnRand_Click() {
     if (!row.Edit()) return;
     const bool random = Mid(row.Fields("Long title").text(), 5, 4) == "Rand";
     row.SetField("Long title", Value(random ? "QXPL" : "QXPLRand"));
-    BtnRand.BackColor = random ? AdWiz::kFace : kGreen;
+    BtnRand.BackColor = random ? AdWiz::kFace : AdWiz::kGreen;
     row.Update();
 }
 

@@ -9,8 +9,6 @@ namespace tavora {
 
 namespace {
 
-constexpr long kGreen = 65280;
-
 struct SortButton {
     const char* name;
     const char* caption;
@@ -46,18 +44,9 @@ std::string first_letter(Recordset& rows, const char* field) {
 void frmTavoraDb::Data1_Reposition() {
     Recordset& row = Data1.Recordset();
     const std::string path = row.Fields("Long title").text();
-    if (tab() == 4 && (tavora::Left(path, 2) == "CD" || tavora::Left(path, 4) == "QXPL")) {
-        if (tavora::Left(path, 2) == "CD") {
-            services_.dialogs.MsgBox("You Cannot Edit a CD file, Use The CD Player to Edit.",
-                                     Buttons::OKOnly, "Edit On CD Not Allowed");
-        } else {
-            services_.dialogs.MsgBox("You Cannot Edit a PLAY LIST file, Use The JukeBox to Edit.",
-                                     Buttons::OKOnly, "Edit On Play List Not Allowed");
-        }
-        show_tab(2);
-    }
+    if (tab() == 4 && refused_for_preview(path)) show_tab(2);
     BtnRand.Visible = tavora::Left(path, 4) == "QXPL";
-    BtnRand.BackColor = Mid(path, 5, 4) == "Rand" ? kGreen : AdWiz::kFace;
+    BtnRand.BackColor = Mid(path, 5, 4) == "Rand" ? AdWiz::kGreen : AdWiz::kFace;
     cmdRefresh.Visible = tavora::Left(path, 2) != "CD";
     Data1Caption.Caption = "Record: " + std::to_string(row.AbsolutePosition() + 1);
     find("txtLength")->Text = Format(row.Fields("Length").number(), "hh:mm:ss");
