@@ -7,7 +7,7 @@
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/real_time_loop.h"
-#include "playback/probe_player.h"
+#include "players/probe_player.h"
 #include "runtime/random.h"
 #include "runtime/strings.h"
 #include "store/recordset.h"
@@ -66,7 +66,10 @@ int run_add(const CommandLine& line, std::ostream& out, std::ostream& err) {
     }
 
     frmTavoraDb db(station, services, pool);
-    db.hooks.measure_length = media_length;
+    MediaLengths lengths;
+    db.hooks.measure_length = [&lengths](const std::string& path, std::string& error) {
+        return lengths.length(path, error);
+    };
     db.Form_Load();
     if (!db.Data1.error().empty()) {
         err << "tavora: the library " << library << " can't be opened: " << db.Data1.error()

@@ -66,7 +66,10 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
 
 void StationApp::wire_catalogue() {
     CatalogueHooks& hooks = tavora_db.hooks;
-    hooks.measure_length = media_length;
+    hooks.measure_length = [lengths = std::make_shared<MediaLengths>()](const std::string& path,
+                                                                        std::string& error) {
+        return lengths->length(path, error);
+    };
     hooks.reload_request = [this] {
         request.Visible = false;
         request.Left = 0;

@@ -9,7 +9,7 @@
 
 #include "catalogue/frm_tavora_db.h"
 #include "fake_services.h"
-#include "playback/probe_player.h"
+#include "players/probe_player.h"
 #include "runtime/dates.h"
 #include "store/library_files.h"
 #include "store/recordset.h"
@@ -34,7 +34,9 @@ class CatalogueTest : public ::testing::Test {
         station.Act_Db = "c:\\tavora\\qx1.mdb";
         station.Run_Mode = 0;
         db = std::make_unique<frmTavoraDb>(station, fake.services, pool);
-        db->hooks.measure_length = media_length;
+        db->hooks.measure_length = [this](const std::string& path, std::string& error) {
+            return lengths.length(path, error);
+        };
         db->Form_Load();
     }
 
@@ -85,6 +87,7 @@ class CatalogueTest : public ::testing::Test {
     }
 
     FakeServices fake;
+    MediaLengths lengths;
     Station station;
     LibraryPool pool;
     std::unique_ptr<frmTavoraDb> db;
