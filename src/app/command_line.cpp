@@ -35,6 +35,8 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--script", {&CommandLine::script, {}, "a script file"}},
         {"--players", {&CommandLine::players, {"engine", "probe"}, "engine or probe"}},
         {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
+        {"--order",
+         {&CommandLine::order, {"title-artist", "artist-title"}, "title-artist or artist-title"}},
     };
     return options;
 }
@@ -78,6 +80,17 @@ CommandLine parse_command_line(const std::vector<std::string>& args) {
             line.home = args[++i];
         } else if (arg == "--trace-selection") {
             line.trace_selection = true;
+        } else if (arg == "--tags") {
+            line.tags = true;
+        } else if (arg == "--add") {
+            line.action = Action::Add;
+            while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0) {
+                line.add_paths.push_back(args[++i]);
+            }
+            if (line.add_paths.empty()) {
+                line.error = "--add needs at least one file or folder";
+                return line;
+            }
         } else if (arg == "--play") {
             line.action = Action::Play;
             while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0) {
@@ -115,6 +128,11 @@ std::string usage_text() {
            "      --players engine|probe         decode and mix, or only time the files\n"
            "      --mix-out FILE.wav             write the mix (engine players)\n"
            "      --trace-selection              print the selection's trace lines\n"
+           "  --add PATH...    add media files and folders (walked recursively) to the library\n"
+           "                   by the auto add wizard's rules, without questions\n"
+           "      --order title-artist|artist-title  how file names read (default title-artist)\n"
+           "      --tags                         take title and artist from the file's tags\n"
+           "                                     when its name isn't \"title - artist\"\n"
            "  --play FILE...   play the files at once through the audio engine and exit\n"
            "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
            "  --version        print the version and exit\n"

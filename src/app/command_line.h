@@ -9,7 +9,7 @@ namespace tavora {
 // What the operator asked for on the command line. The station itself takes
 // its settings from its files; these only choose the front end and folders.
 struct CommandLine {
-    enum class Action { Run, Help, Version, Play, Headless, Install, Demo, Simulate };
+    enum class Action { Run, Help, Version, Play, Headless, Install, Demo, Simulate, Add };
     Action action = Action::Run;
     std::optional<std::string> home;  // install folder, c:\tavora
     std::string error;                // non-empty when the line could not be read
@@ -25,6 +25,11 @@ struct CommandLine {
     std::string players = "engine";  // or "probe"
     std::string mix_out;
     bool trace_selection = false;
+
+    // --add: files and folders to bring into the library.
+    std::vector<std::string> add_paths;
+    std::string order = "title-artist";  // or "artist-title": how names read
+    bool tags = false;
 };
 
 CommandLine parse_command_line(const std::vector<std::string>& args);

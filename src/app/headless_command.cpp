@@ -15,6 +15,7 @@
 #include "runtime/random.h"
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
+#include "station/engine_preview.h"
 #include "station/station_app.h"
 
 namespace tavora {
@@ -61,6 +62,7 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
     StationApp app(services,
                    engine_players(engine, post, probe_players(services.clock, services.loop)));
+    app.tavora_db.attach_preview(engine_preview(engine));
     app.on_end = [&loop] { loop.quit(); };
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     log.listen_to(app.selection, false);

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "add_command.h"
 #include "command_line.h"
 #include "core/version.h"
 #include "headless_command.h"
@@ -37,6 +38,8 @@ int main(int argc, char** argv) {
         }
         case tavora::CommandLine::Action::Simulate:
             return tavora::run_simulate(line, std::cout, std::cerr);
+        case tavora::CommandLine::Action::Add:
+            return tavora::run_add(line, std::cout, std::cerr);
         case tavora::CommandLine::Action::Run:
             break;
     }

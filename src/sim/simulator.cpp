@@ -19,6 +19,7 @@
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
 #include "sim/script.h"
+#include "station/engine_preview.h"
 #include "station/station_app.h"
 
 namespace tavora {
@@ -110,6 +111,7 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
     }
     const PlayerFactory probes = probe_players(clock, loop);
     StationApp app(services, engine ? engine_players(*engine, post, probes) : probes);
+    if (engine) app.tavora_db.attach_preview(engine_preview(*engine));
     app.on_end = [&loop] { loop.quit(); };
     if (const std::string unknown = unknown_control(app, script); !unknown.empty()) {
         err << "tavora: script " << unknown << "\n";

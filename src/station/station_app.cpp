@@ -70,6 +70,38 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
     });
+    wire_catalogue();
+}
+
+void StationApp::wire_catalogue() {
+    CatalogueHooks& hooks = tavora_db.hooks;
+    hooks.measure_length = [lengths = std::make_shared<MediaLengths>()](const std::string& path,
+                                                                        std::string& error) {
+        return lengths->length(path, error);
+    };
+    hooks.reload_request = [this] {
+        request.Visible = false;
+        request.Left = 0;
+        request.Top = 0;
+        request.Form_Load();
+        request.Visible = true;
+    };
+    hooks.viewer_loaded = [this] { return viewer.Loaded; };
+    hooks.open_type_lookup = [this] {
+        type_lookup.Form_Initialize();
+        type_lookup.Visible = true;
+    };
+    playback.station_port.Mnu_Aut_Add_Click = [this] { tavora_db.Mnu_Aut_Add_Click(); };
+    qx_main.on_click("Mnu_Aut_Add", [this](int) { tavora_db.Mnu_Aut_Add_Click(); });
+    qx_main.on_click("Mnu_Find", [this](int) { tavora_db.Form_Load(); });
+    qx_main.on_click("mnu_Options_DisplayTime", [this](int) {
+        tavora_db.Form_Load();
+        tavora_db.QX_Imp();
+    });
+    qx_main.on_click("ChartDir", [this](int) {
+        tavora_db.Form_Load();
+        tavora_db.show_tab(3);
+    });
 }
 
 StationApp::~StationApp() = default;
@@ -77,7 +109,7 @@ StationApp::~StationApp() = default;
 Form* StationApp::form(std::string_view name) {
     for (Form* window : std::initializer_list<Form*>{
              &qx_main, &setup, &about, &tavora_db, &request, &viewer, &loding, &mail, &type_lookup,
-             &schedule, &form2, &advschedule, &playback.on_air}) {
+             &tavora_db.Wizard, &schedule, &form2, &advschedule, &playback.on_air}) {
         if (window->name() == name) return window;
     }
     for (int n = 1; n <= kPlayers; ++n) {

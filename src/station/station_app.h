@@ -69,7 +69,7 @@ class StationApp {
     QXMain qx_main{station};
     frmSetup setup;
     frmAbout about;
-    frmTavoraDb tavora_db{pool};
+    frmTavoraDb tavora_db{station, services_, pool};
     Request request;
     frmViewer viewer;
     frmLoding loding;
@@ -90,6 +90,7 @@ class StationApp {
     void read_setup_row();
     void read_extension_settings();
     void start_internet_interface();
+    void wire_catalogue();
 
     std::optional<InstanceLock> lock_;
     bool ended_ = false;

@@ -142,5 +142,29 @@ TEST(EventTime, KeepsTheMillisecondsOfTheMomentWithoutRoundingTheSecond) {
     EXPECT_EQ(event_time(day + 1), "2026-11-24 00:00:00.000");
 }
 
+TEST_F(Simulator, TheScriptRunsTheAutoAddWizard) {
+    auto_start(false);
+    fs::path song;
+    for (const auto& entry : fs::recursive_directory_iterator(home()))
+        if (entry.path().extension() == ".mp3") song = entry.path();
+    ASSERT_FALSE(song.empty());
+    fs::create_directories(home() / "incoming");
+    fs::copy_file(song, home() / "incoming" / "New One - Band.mp3");
+    fs::copy_file(song, home() / "incoming" / "New Two - Band.mp3");
+    const SimRun run = simulate("1",
+                                "00:00:01 click QXMain.Mnu_Aut_Add\n"
+                                "00:00:02 set frmTavoraDb.Dir1 c:\\tavora\\incoming\n"
+                                "00:00:03 click frmTavoraDb.SrchGo\n"
+                                "00:00:04 answer Yes\n"
+                                "00:00:04 answer No\n"
+                                "00:00:05 click AdWiz.Command1\n");
+    ASSERT_EQ(run.code, 0) << run.err;
+    bool counted = false;
+    for (const auto& line : run.lines("DIALOG"))
+        counted =
+            counted || line.find("\"2 Records were ADDED from this Folder\"") != std::string::npos;
+    EXPECT_TRUE(counted) << run.out;
+}
+
 }  // namespace
 }  // namespace tavora

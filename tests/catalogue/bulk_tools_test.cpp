@@ -1,0 +1,140 @@
+#include <fstream>
+
+#include "catalogue_fixture.h"
+#include "platform/file_ops.h"
+
+namespace tavora {
+namespace {
+
+class BulkTools : public CatalogueTest {
+  protected:
+    // An installer's drop: a library of three rows in `folder`, named in
+    // linstall.txt's last line but one.
+    void drop_import(const std::string& folder) {
+        const auto dir = home() / folder;
+        std::filesystem::create_directories(dir);
+        ASSERT_EQ(create_library_file(dir / "qximp.mdb", kCatalogueDay), "");
+        auto from = Library::open(dir / "qximp.mdb", FileKind::Library).library;
+        Recordset table = OpenRecordset(from, "Recordings1");
+        for (const char* title : {"One", "Two", "Three"}) {
+            table.AddNew();
+            table.SetField("Title", Value(title));
+            table.SetField("Long title", Value(std::string("d:\\imp\\") + title + ".mp3"));
+            table.SetField("Max Month", Value(7));
+            ASSERT_TRUE(table.Update());
+        }
+        std::ofstream(home() / "linstall.txt") << "junk\r\n" << dos(dir) << "\r\n\r\n";
+    }
+
+    std::string badlinks() {
+        std::ifstream in(home() / "badlinks.txt", std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
+};
+
+TEST_F(BulkTools, ImportTakesEveryRowAndTwiceDoubles) {
+    drop_import("drop");
+    fake.dialogs.Queue(Answer::Yes);
+    db->QX_Imp();
+    EXPECT_EQ(count(), 3);
+    EXPECT_FALSE(files::Exists(home() / "drop" / "qximp.mdb"));
+    EXPECT_FALSE(files::Exists(home() / "linstall.txt"));
+    EXPECT_EQ(texts().back().rfind("3 Records were ADDED from this database\r\n", 0), 0u);
+
+    drop_import("drop");
+    fake.dialogs.Queue(Answer::Yes);
+    db->QX_Imp();
+    Recordset all = rows();
+    ASSERT_EQ(all.RecordCount(), 6);
+    all.MoveLast();
+    EXPECT_EQ(all.Fields("Title").text(), "Three");
+    EXPECT_EQ(all.Fields("Max Month").number(), 7);
+    EXPECT_GT(all.Fields("RecID").number(), 3);  // numbered by this library
+}
+
+TEST_F(BulkTools, RefusedImportKeepsOrDropsTheFilesAsAsked) {
+    drop_import("drop");
+    fake.dialogs.Queue(Answer::No);
+    fake.dialogs.Queue(Answer::Yes);  // keep it for later
+    db->QX_Imp();
+    EXPECT_TRUE(files::Exists(home() / "drop" / "qximp.mdb"));
+    EXPECT_TRUE(files::Exists(home() / "linstall.txt"));
+
+    fake.dialogs.Queue(Answer::No);
+    fake.dialogs.Queue(Answer::No);
+    db->QX_Imp();
+    EXPECT_EQ(count(), 0);
+    EXPECT_FALSE(files::Exists(home() / "drop" / "qximp.mdb"));
+    EXPECT_TRUE(shown("You will have to manually add the selections at (" + dos(home() / "drop") +
+                      "\\qximp.mdb)"));
+    EXPECT_EQ(texts().back().rfind("0 Records were ADDED", 0), 0u);
+}
+
+TEST_F(BulkTools, DamagedImportFilesChangeNothing) {
+    // Binary junk in the list: no folder, no question.
+    std::ofstream(home() / "linstall.txt", std::ios::binary) << std::string("\x00\xff\x13z", 4);
+    db->QX_Imp();
+    EXPECT_TRUE(fake.dialogs.shown().empty());
+
+    // A file that is no library is named and left alone.
+    std::filesystem::create_directories(home() / "drop");
+    std::ofstream(home() / "drop" / "qximp.mdb") << "not a database";
+    std::ofstream(home() / "linstall.txt") << dos(home() / "drop") << "\r\n";
+    db->QX_Imp();
+    ASSERT_EQ(texts().size(), 1u);
+    EXPECT_NE(texts()[0].find("can't be imported"), std::string::npos);
+    EXPECT_TRUE(files::Exists(home() / "drop" / "qximp.mdb"));
+    EXPECT_EQ(count(), 0);
+}
+
+TEST_F(BulkTools, ValidationWithTheDrivePromptCancelledChecksEveryRow) {
+    const auto real = place("short.mp3", "music/here.mp3");
+    add_row("Here", dos(real), "A");
+    add_row("Gone", "c:\\tavora\\music\\gone.mp3", "B");
+    add_row("Stream", "http://radio/x.mp3", "C");
+    add_row("Elsewhere", "q:\\nowhere.mp3", "D");
+    db->Data1.Refresh();
+    fake.dialogs.Queue(Answer::Yes);
+    fake.dialogs.Queue(Answer::Cancel);
+    db->click("ValidFilesBtn");
+    EXPECT_EQ(badlinks(),
+              "---- Database link Errors ----\r\n For: c:\\tavora\\qx1.mdb\r\n"
+              "---\r\nc:\\tavora\\music\\gone.mp3\r\nGone\r\nB\r\n"
+              "---\r\nq:\\nowhere.mp3\r\nElsewhere\r\nD\r\n"
+              "======\r\nSearched: 4\r\nTotal Errors: 2\r\n");
+    ASSERT_EQ(fake.launcher.opened.size(), 1u);
+    EXPECT_EQ(fake.launcher.opened[0], (home() / "badlinks.txt").string());
+
+    fake.dialogs.Queue(Answer::Yes);
+    fake.dialogs.QueueText("Q");
+    db->click("ValidFilesBtn");
+    EXPECT_NE(badlinks().find("Searched: 1\r\nTotal Errors: 1"), std::string::npos);
+}
+
+TEST_F(BulkTools, DriveRepairRewritesEveryPathOnTheLetterInLowerCase) {
+    add_row("One", "D:\\music\\one.mp3");
+    add_row("Two", "d:\\two.mp3");
+    add_row("Marker", "dQXPL");
+    add_row("Other", "e:\\three.mp3");
+    fake.dialogs.Queue(Answer::Yes);
+    fake.dialogs.QueueText("d");
+    fake.dialogs.QueueText("G");
+    fake.dialogs.Queue(Answer::Yes);
+    db->click("CmdRepAll");
+
+    std::vector<std::string> paths;
+    for (Recordset all = rows(); !all.IsEOF(); all.MoveNext())
+        paths.push_back(all.Fields("Long title").text());
+    EXPECT_EQ(paths, (std::vector<std::string>{"g:\\music\\one.mp3", "g:\\two.mp3", "g:XPL",
+                                               "e:\\three.mp3"}));
+    EXPECT_EQ(texts().back(),
+              "COMPLETE! Drive (d) has been replaced with drive (G)\r\n3 Records "
+              "were replaced");
+
+    station.Run_Mode = 1;
+    db->click("CmdRepAll");
+    EXPECT_EQ(texts().back(), "Sorry, Not available in remote mode");
+}
+
+}  // namespace
+}  // namespace tavora

@@ -1,0 +1,214 @@
+#include "catalogue_fixture.h"
+#include "platform/file_ops.h"
+
+namespace tavora {
+namespace {
+
+class Editor : public CatalogueTest {
+  protected:
+    void set_fields(long long recid, std::initializer_list<std::pair<const char*, Value>> fields) {
+        Recordset table = OpenRecordset(db->Data1.Recordset().library(), "Recordings1");
+        table.Requery();
+        ASSERT_TRUE(table.SetBookmark(Value(static_cast<double>(recid))));
+        table.Edit();
+        for (const auto& [name, value] : fields)
+            table.SetField(name, value);
+        ASSERT_TRUE(table.Update());
+    }
+    Value field(long long recid, const char* name) {
+        for (Recordset all = rows(); !all.IsEOF(); all.MoveNext()) {
+            if (all.Fields("RecID").number() == recid) return all.Fields(name);
+        }
+        return {};
+    }
+    // Data1 on the row with this RecID.
+    void go_to(long long recid) {
+        db->Data1.Refresh();
+        ASSERT_TRUE(db->Data1.Recordset().SetBookmark(Value(static_cast<double>(recid))));
+        db->Data1_Reposition();
+    }
+};
+
+TEST_F(Editor, ClearCommandsChainEachCounterToTheNextShorter) {
+    const auto counters = {std::pair<const char*, Value>{"RTW", 3},
+                           {"Request This Month", 8},
+                           {"Request AllTime", 20},
+                           {"Total Request", 5},
+                           {"Week1 Requests", 2},
+                           {"Week2 Requests", 4},
+                           {"Week3 Requests", 6}};
+    const long long a = add_row("A", "c:\\a.mp3");
+    set_fields(a, counters);
+    // Monthly alone: the month takes the week as it stands.
+    for (Answer answer : {Answer::Yes, Answer::No, Answer::Yes, Answer::No, Answer::No})
+        fake.dialogs.Queue(answer);
+    db->Command8_Click(0);
+    EXPECT_EQ(field(a, "Request This Month").number(), 3);
+    EXPECT_EQ(field(a, "Week2 Requests").number(), 2);
+    EXPECT_EQ(field(a, "Week3 Requests").number(), 0);
+    EXPECT_EQ(field(a, "Request AllTime").number(), 20);
+    EXPECT_EQ(texts().back(), "Completed!");
+
+    // Every counter: each takes a zero down the chain.
+    set_fields(a, counters);
+    for (Answer answer : {Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes})
+        fake.dialogs.Queue(answer);
+    db->Command8_Click(0);
+    for (const char* name : {"RTW", "Request This Month", "Request AllTime", "Total Request",
+                             "Week1 Requests", "Week2 Requests"})
+        EXPECT_EQ(field(a, name).number(), 0) << name;
+}
+
+TEST_F(Editor, OpenRequestsClearOrLimitButPlaylistMarksStay) {
+    const long long three = add_row("Three", "c:\\3.mp3");
+    const long long member = add_row("Member", "c:\\m.mp3");
+    set_fields(three, {{"Sel", 3}});
+    set_fields(member, {{"Sel", 1000}});
+    fake.dialogs.Queue(Answer::Yes);
+    db->click("Command8", 2);
+    EXPECT_EQ(field(three, "Sel").number(), 1);
+    fake.dialogs.Queue(Answer::Yes);
+    db->click("Command8", 1);
+    EXPECT_EQ(field(three, "Sel").number(), 0);
+    EXPECT_EQ(field(member, "Sel").number(), 1000);
+}
+
+TEST_F(Editor, CloneAndPasteCarryTheSettingsToAnotherRecord) {
+    const long long master = add_row("Master", "c:\\a.mp3");
+    const long long other = add_row("Other", "c:\\b.mp3");
+    set_fields(master, {{"Category", "Jazz"}, {"Max Play Week", 11}, {"Valid Monday", -1}});
+    go_to(master);
+    db->click("CommandClone");
+    EXPECT_EQ(db->CommandClone.Caption, "Master Record");
+    EXPECT_FALSE(db->Command2.Visible);
+    db->click("cmdNext");
+    EXPECT_TRUE(db->Command2.Visible);
+    db->click("Command2");
+    EXPECT_EQ(field(other, "Category").text(), "Jazz");
+    EXPECT_EQ(field(other, "Max Play Week").number(), 11);
+    EXPECT_TRUE(field(other, "Valid Monday").truthy());
+    EXPECT_EQ(field(other, "Title").text(), "Other");
+    db->click("CmdFindClone");
+    EXPECT_EQ(db->Data1.Recordset().Fields("RecID").number(), master);
+}
+
+TEST_F(Editor, ConversionsWriteTheKindAndIntrosLeaveTheRotation) {
+    struct Case {
+        const char* button;
+        const char* source;
+        const char* lit;
+        bool intro;
+    };
+    const Case cases[] = {
+        {"CmdDaily", "Timed Promo", "CmdDaily", false},
+        {"CmdSnipit", "Snipit", "CmdSnipit", false},
+        {"CmdTop40", "Top40", "CmdDaily", true},
+        {"CmdTopCountry", "TopAC", "CmdTopCountry", true},
+        {"CmdTopDance", "TopDance", "CmdTopDance", true},
+        {"CmdTopRequest", "TopRequest", "CmdDaily", true},
+    };
+    for (const Case& one : cases) {
+        const long long id = add_row(one.button, "c:\\x.mp3");
+        set_fields(id, {{"T40", 4}, {"C40", 2}, {"Valid Friday", -1}});
+        go_to(id);
+        fake.dialogs.Queue(Answer::No);
+        db->click(one.button);
+        EXPECT_TRUE(field(id, "Source").is_null()) << one.button;
+        EXPECT_EQ(fake.dialogs.shown().back().request.default_button, 2);
+        fake.dialogs.Queue(Answer::Yes);
+        db->click(one.button);
+        EXPECT_EQ(field(id, "Source").text(), one.source);
+        EXPECT_EQ(db->find(one.lit)->BackColor, AdWiz::kLit) << one.button;
+        EXPECT_EQ(field(id, "T40").number(), one.intro ? 0 : 4) << one.button;
+        EXPECT_EQ(field(id, "Valid Friday").truthy(), !one.intro) << one.button;
+    }
+    db->click("CmdNormal");
+    EXPECT_TRUE(db->Data1.Recordset().Fields("Source").is_null());
+}
+
+TEST_F(Editor, ChartHelperStepsAndWritesThePosition) {
+    const long long id = add_row("Song", "c:\\s.mp3");
+    go_to(id);
+    db->click("CmdCht", 3);
+    EXPECT_EQ(db->Cht_Pos, 0);
+    db->click("CmdCht", 3);
+    EXPECT_EQ(db->Cht_Pos, 0);
+    EXPECT_EQ(db->Label6.Caption, "0");
+    set_fields(id, {{"T40", 9}});
+    db->click("CmdCht", 4);  // a position of 0 clears the chart
+    EXPECT_EQ(field(id, "T40").number(), 0);
+    EXPECT_EQ(db->Label7.Caption, "Top 40 Set");
+    db->click("CmdCht", 2);
+    db->click("CmdCht", 2);
+    db->click("CmdCht", 6);
+    EXPECT_EQ(field(id, "D40").number(), 2);
+    EXPECT_EQ(db->Cht_Pos, 2);
+
+    station.Auto_PL = 0;
+    db->click("CmdCht", 0);
+    EXPECT_TRUE(fake.dialogs.shown().empty());
+    EXPECT_EQ(db->Label7.Caption, "Ready");
+    station.Auto_PL = 1;
+    db->click("CmdCht", 0);
+    EXPECT_EQ(station.Auto_PL, 0);
+    EXPECT_FALSE(db->CmdCht0.Visible);
+}
+
+TEST_F(Editor, ClearChartsKeepsIntroNumbersAndShowsTheTwoXLine) {
+    const long long song = add_row("Song", "c:\\s.mp3");
+    const long long intro = add_row("Intro", "c:\\i.mp3");
+    set_fields(song, {{"T40", 3}, {"C40", 5}});
+    set_fields(intro, {{"T40", 3}, {"Source", "Top40"}});
+    station.Power_On = 1;
+    go_to(song);
+    EXPECT_EQ(db->LabelSpecial.Caption, "2X Play Is Active");
+    fake.dialogs.Queue(Answer::Yes);
+    db->click("ClrAll", 0);
+    EXPECT_EQ(field(song, "T40").number(), 0);
+    EXPECT_EQ(field(song, "C40").number(), 5);
+    EXPECT_EQ(field(intro, "T40").number(), 3);
+    EXPECT_EQ(fake.dialogs.shown().back().request.title, "Clear Charts");
+}
+
+TEST_F(Editor, DeleteRemovesTheFileOnlyOnAnExplicitNo) {
+    const auto kept = place("short.mp3", "music/kept.mp3");
+    const auto dropped = place("short.mp3", "music/dropped.mp3");
+    const long long keep_id = add_row("Kept", dos(kept));
+    const long long drop_id = add_row("Dropped", dos(dropped));
+    add_row("Third", "c:\\t.mp3");
+    go_to(keep_id);
+    fake.dialogs.Queue(Answer::Yes);
+    fake.dialogs.Queue(Answer::Yes);
+    db->click("cmdDelete");
+    go_to(drop_id);
+    fake.dialogs.Queue(Answer::Yes);
+    fake.dialogs.Queue(Answer::No);
+    db->click("cmdDelete");
+    EXPECT_EQ(count(), 1);
+    EXPECT_TRUE(files::Exists(kept));
+    EXPECT_FALSE(files::Exists(dropped));
+    db->Data1.Refresh();
+    db->click("cmdDelete");  // the last record stays, and nothing is asked
+    EXPECT_EQ(count(), 1);
+    EXPECT_EQ(fake.dialogs.pending(), 0u);
+}
+
+TEST_F(Editor, PresetsAndRandomFlag) {
+    const long long id = add_row("List", "QXPL");
+    go_to(id);
+    EXPECT_TRUE(db->find("BtnRand")->Visible);
+    db->click("CmpPst", 1);
+    EXPECT_EQ(field(id, "Max Play Week").number(), 7);
+    db->click("CmpPst", 6);  // saves 2/7/30
+    db->click("CmpPst", 4);
+    EXPECT_EQ(field(id, "Max Month").number(), 5);
+    db->click("CmpPst", 5);
+    EXPECT_EQ(field(id, "Max Month").number(), 30);
+    db->click("BtnRand");
+    EXPECT_EQ(field(id, "Long title").text(), "QXPLRand");
+    db->click("BtnRand");
+    EXPECT_EQ(field(id, "Long title").text(), "QXPL");
+}
+
+}  // namespace
+}  // namespace tavora
