@@ -35,6 +35,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--script", {&CommandLine::script, {}, "a script file"}},
         {"--players", {&CommandLine::players, {"engine", "probe"}, "engine or probe"}},
         {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
+        {"--record", {&CommandLine::record, {}, "a recorder profile"}},
     };
     return options;
 }
@@ -48,6 +49,8 @@ bool allowed(const ValueOption& option, const std::string& value) {
 }
 
 void check_simulation(CommandLine& line) {
+    if (!line.record.empty() && line.action != Action::Headless)
+        line.error = "--record goes with --headless";
     if (line.action != Action::Simulate) return;
     if (line.start.empty())
         line.error = "--simulate needs --start \"YYYY-MM-DD HH:MM:SS\"";
@@ -107,6 +110,8 @@ std::string usage_text() {
            "  --demo           install, make a demo library of generated songs when the\n"
            "                   library is empty, and run the station headless\n"
            "  --headless       run the station without windows until SIGINT or SIGTERM\n"
+           "      --record PROFILE               record (and stream) the air from the start,\n"
+           "                                     with a .asd profile of the install folder\n"
            "  --home DIR       install folder (default: $TAVORA_HOME or ~/tavora)\n"
            "  --simulate       run the station on a virtual clock and print what it does:\n"
            "      --start \"YYYY-MM-DD HH:MM:SS\"  when the run begins\n"
