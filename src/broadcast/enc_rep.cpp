@@ -99,6 +99,7 @@ void EncRep::Form_Unload() {
         enc_obj_.reset();
     }
     if (Timer1) Timer1->SetEnabled(false);
+    all_buttons_face();
     Visible = false;
     Loaded = false;
 }

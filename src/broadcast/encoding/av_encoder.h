@@ -34,7 +34,6 @@ class AvEncoder {
     // (Re)starts the server's byte stream: a fresh header, then every packet. The
     // title goes into an Ogg stream's comments; an MP3 stream carries none.
     bool open_stream(ByteSink sink, const std::string& title);
-    bool has_stream() const { return stream_ != nullptr; }
 
     // False when the file could not be written; the stream goes on without it.
     bool encode(const float* frames, std::size_t count);

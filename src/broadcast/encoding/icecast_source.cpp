@@ -158,13 +158,14 @@ void IcecastSource::run() {
     pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
     int backoff = kFirstBackoffMs;
     int attempt = 0;
+    bool connected = false;
     auto next_poll = std::chrono::steady_clock::now();
     for (;;) {
         {
             std::lock_guard lock(mutex_);
             if (quit_) return;
         }
-        if (!connected_.load()) {
+        if (!connected) {
             if (!connect_once(++attempt)) {
                 log_("stream: next attempt in " + std::to_string(backoff / 1000) + " s");
                 wait_ms(backoff);
@@ -178,7 +179,7 @@ void IcecastSource::run() {
                 sent_title_.clear();
                 accepting_ = false;
             }
-            connected_.store(true);
+            connected = true;
             restart_wanted_.store(true);
         }
         std::vector<std::uint8_t> chunk;
@@ -198,7 +199,7 @@ void IcecastSource::run() {
             log_("stream: connection to " + address() +
                  " lost: " + shout_get_error(as_shout(shout_)));
             shout_close(as_shout(shout_));
-            connected_.store(false);
+            connected = false;
             listeners_.store(0);
             {
                 std::lock_guard lock(mutex_);

@@ -39,10 +39,7 @@ class IcecastSource {
     // The title for the server's status; sent out of band for MP3.
     void set_title(const std::string& title);
 
-    bool connected() const { return connected_.load(); }
     int listeners() const { return listeners_.load(); }
-    int port() const { return target_.port; }
-    const std::string& mount() const { return target_.mount; }
 
   private:
     void run();
@@ -66,7 +63,6 @@ class IcecastSource {
     bool quit_ = false;
 
     std::atomic<bool> restart_wanted_{false};
-    std::atomic<bool> connected_{false};
     std::atomic<int> listeners_{0};
     void* shout_ = nullptr;  // the connection, owned by the thread
     std::thread thread_;
