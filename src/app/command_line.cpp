@@ -37,6 +37,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
         {"--order",
          {&CommandLine::order, {"title-artist", "artist-title"}, "title-artist or artist-title"}},
+        {"--record", {&CommandLine::record, {}, "a recorder profile"}},
     };
     return options;
 }
@@ -50,6 +51,8 @@ bool allowed(const ValueOption& option, const std::string& value) {
 }
 
 void check_simulation(CommandLine& line) {
+    if (!line.record.empty() && line.action != Action::Headless)
+        line.error = "--record goes with --headless";
     if (line.action != Action::Simulate) return;
     if (line.start.empty())
         line.error = "--simulate needs --start \"YYYY-MM-DD HH:MM:SS\"";
@@ -120,6 +123,8 @@ std::string usage_text() {
            "  --demo           install, make a demo library of generated songs when the\n"
            "                   library is empty, and run the station headless\n"
            "  --headless       run the station without windows until SIGINT or SIGTERM\n"
+           "      --record PROFILE               record (and stream) the air from the start,\n"
+           "                                     with a .asd profile of the install folder\n"
            "  --home DIR       install folder (default: $TAVORA_HOME or ~/tavora)\n"
            "  --simulate       run the station on a virtual clock and print what it does:\n"
            "      --start \"YYYY-MM-DD HH:MM:SS\"  when the run begins\n"

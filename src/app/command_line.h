@@ -18,6 +18,9 @@ struct CommandLine {
     std::vector<std::string> play_files;
     std::string output = "card";
 
+    // --headless --record: the recorder's profile to start with the run.
+    std::string record;
+
     // --simulate: a run on the virtual clock.
     std::string start;     // "YYYY-MM-DD HH:MM:SS"
     std::string duration;  // 90s, 45m, 6h, 2d

@@ -2,9 +2,14 @@
 
 #include <atomic>
 #include <csignal>
+#include <filesystem>
 #include <iostream>
+#include <mutex>
+#include <optional>
 
 #include "audio/engine.h"
+#include "audio/mix_tap.h"
+#include "broadcast/encoding/live_encoder.h"
 #include "platform/clock.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
@@ -36,9 +41,21 @@ void catch_stop_signals() {
     sigaction(SIGTERM, &action, nullptr);
 }
 
+// The profile as given, or by its name in the install folder, with or without
+// its ending.
+std::optional<std::filesystem::path> recorder_profile(const std::filesystem::path& home,
+                                                      const std::string& name) {
+    for (const std::filesystem::path& file :
+         {std::filesystem::path(name), home / name, home / (name + ".asd")}) {
+        if (files::Exists(file)) return file;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
-int run_headless(const std::optional<std::string>& home_option, const std::string& output) {
+int run_headless(const std::optional<std::string>& home_option, const std::string& output,
+                 const std::string& record) {
     const auto home = ResolveInstallFolder(home_option);
     if (!files::Exists(home / "Setup.mdb")) {
         std::cerr << "tavora: no station is installed in " << home.string()
@@ -60,8 +77,14 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     audio::Engine engine(output == "null" ? audio::OutputKind::Null : audio::OutputKind::Card,
                          post);
     if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
+    audio::MixTap tap(engine);
     StationApp app(services,
-                   engine_players(engine, post, probe_players(services.clock, services.loop)));
+                   engine_players(engine, post, probe_players(services.clock, services.loop)),
+                   live_encoders(tap, paths, [](const std::string& line) {
+                       static std::mutex mutex;
+                       std::lock_guard lock(mutex);
+                       std::cerr << "tavora: " << line << "\n";
+                   }));
     app.tavora_db.attach_preview(engine_preview(engine));
     app.on_end = [&loop] { loop.quit(); };
     EventLog log(clock, loop, std::cout, app.station, app.playback);
@@ -76,6 +99,16 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     watch->SetEnabled(true);
 
     std::cerr << "tavora: starting the station in " << home.string() << "\n";
+    if (!record.empty()) {
+        const auto profile = recorder_profile(home, record);
+        if (!profile) {
+            std::cerr << "tavora: no recorder profile " << record << " (a .asd file)\n";
+            return 2;
+        }
+        // Before the players run, as the recorder window asks.
+        app.recorder.Form_Load();
+        if (!app.recorder.Start_Profile(profile->string())) return 1;
+    }
     if (!app.Sub_Main()) {
         if (app.ended()) return 0;
         std::cerr << "tavora: the library could not be opened; start the desktop station to "

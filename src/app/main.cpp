@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
         case tavora::CommandLine::Action::Play:
             return tavora::run_play_command(line.play_files, line.output, std::cout, std::cerr);
         case tavora::CommandLine::Action::Headless:
-            return tavora::run_headless(line.home, line.output);
+            return tavora::run_headless(line.home, line.output, line.record);
         case tavora::CommandLine::Action::Install:
             return tavora::run_install(line.home, std::cout, std::cerr);
         case tavora::CommandLine::Action::Demo: {

@@ -25,6 +25,8 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
         forms_[n] = std::make_unique<MpFm>(n);
         players_[n]->PlayStateChange = [this, n](int, int new_state) {
             if (observer) observer->state_changed(n, n == 7 ? 14 : n, new_state);
+            if (new_state == MediaPlayer::kPlaying && station_port.on_air)
+                station_port.on_air(n == 7 ? 14 : n);
             PlayStateChange(n);
         };
         players_[n]->Error = [this, n] { PlayerError(n); };

@@ -43,6 +43,7 @@ struct StationPort {
     std::function<void()> unload_cd;
     std::function<void()> Mnu_Aut_Add_Click;
     std::function<void(bool on)> Ply7_Box;  // the Setup screen's seventh-player box
+    std::function<void(int slot)> on_air;   // a player has started the slot: the recorder's title
 };
 
 // Told of everything that airs, for the simulator's event log and the tests.

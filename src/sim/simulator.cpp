@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <ostream>
 
 #include "audio/engine.h"
 #include "audio/format.h"
+#include "audio/mix_tap.h"
+#include "broadcast/encoding/live_encoder.h"
 
 #include "platform/clock.h"
 #include "platform/launcher.h"
@@ -110,7 +113,18 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
         }
     }
     const PlayerFactory probes = probe_players(clock, loop);
-    StationApp app(services, engine ? engine_players(*engine, post, probes) : probes);
+    // The recorder encodes the offline mix, so a simulated hour gives a real file.
+    std::unique_ptr<audio::MixTap> tap;
+    EncoderFactory encoders;
+    if (engine) {
+        tap = std::make_unique<audio::MixTap>(*engine);
+        encoders = live_encoders(*tap, paths, [&err](const std::string& line) {
+            static std::mutex mutex;
+            std::lock_guard lock(mutex);
+            err << "tavora: " << line << "\n";
+        });
+    }
+    StationApp app(services, engine ? engine_players(*engine, post, probes) : probes, encoders);
     if (engine) app.tavora_db.attach_preview(engine_preview(*engine));
     app.on_end = [&loop] { loop.quit(); };
     if (const std::string unknown = unknown_control(app, script); !unknown.empty()) {

@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "broadcast/profile.h"
 #include "store/library_files.h"
 
 namespace tavora {
@@ -50,6 +51,12 @@ InstallReport install_station(const std::filesystem::path& home, double now) {
     ensure_file(
         home / "qx1.mdb", [now](const auto& path) { return create_library_file(path, now); },
         report);
+    for (const auto& [name, profile] : StandardProfiles()) {
+        if (!report.error.empty()) return report;
+        ensure_file(
+            home / name, [&profile](const auto& path) { return WriteProfile(path, profile); },
+            report);
+    }
     return report;
 }
 

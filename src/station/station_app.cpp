@@ -28,16 +28,17 @@ constexpr int kLibraryAsks = 100;
 
 }  // namespace
 
-StationApp::StationApp(const Services& services, const PlayerFactory& players)
+StationApp::StationApp(const Services& services, const PlayerFactory& players,
+                       EncoderFactory encoders)
     : services_(services),
       setup(station, services, pool),
       request(station, services, pool),
       mail(station, services, pool),
       schedule(station, services_, pool, qx_main, type_lookup, setup.datPrimaryRS),
-      playback(
-          station, services, PlaybackScreens{qx_main, loding, viewer}, tavora_db.Data1,
-          players ? players : probe_players(services.clock, services.loop),
-          SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }}) {
+      playback(station, services, PlaybackScreens{qx_main, loding, viewer}, tavora_db.Data1,
+               players ? players : probe_players(services.clock, services.loop),
+               SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }}),
+      recorder(station, services, viewer, std::move(encoders)) {
     wire_request_menus(qx_main, request, mail, web, manager);
     wire_request_window(station, qx_main, request, mail, manager, playback, viewer);
     schedule.CheckTime = request.CheckTime;
@@ -66,6 +67,16 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
         advschedule.Form_Load();
         advschedule.Visible = true;
     });
+    qx_main.on_click("B_Cast", [this](int) {
+        services_.dialogs.MsgBox(
+            "Warning! You must start recording prior to running the Tavora "
+            "Players for correct operation");
+        recorder.Form_Load();
+        recorder.Visible = true;
+    });
+    playback.station_port.on_air = [this](int slot) {
+        recorder.Air_Title.set(station.Slot_Title[slot]);
+    };
     qx_main.on_click("mnu_Options_AutoRewind", [this](int) {
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
@@ -109,7 +120,7 @@ StationApp::~StationApp() = default;
 Form* StationApp::form(std::string_view name) {
     for (Form* window : std::initializer_list<Form*>{
              &qx_main, &setup, &about, &tavora_db, &request, &viewer, &loding, &mail, &type_lookup,
-             &tavora_db.Wizard, &schedule, &form2, &advschedule, &playback.on_air}) {
+             &tavora_db.Wizard, &schedule, &form2, &advschedule, &playback.on_air, &recorder}) {
         if (window->name() == name) return window;
     }
     for (int n = 1; n <= kPlayers; ++n) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "broadcast/enc_rep.h"
 #include "catalogue/frm_tavora_db.h"
 #include "core/services.h"
 #include "core/settings/extensions.h"
@@ -38,7 +39,10 @@ class StationApp {
   public:
     // `players` makes the bank's seven players; without it they are probe
     // players that only time each file.
-    explicit StationApp(const Services& services, const PlayerFactory& players = {});
+    // `encoders` makes the recorder's encoder; without it the recorder says
+    // that there is none.
+    explicit StationApp(const Services& services, const PlayerFactory& players = {},
+                        EncoderFactory encoders = {});
     ~StationApp();
 
     // Runs start-up to the idle state. False when start-up ended the
@@ -82,6 +86,7 @@ class StationApp {
     StationManagerLink manager{station, services_};
     WebList web{request, station, services_};
     Playback playback;
+    EncRep recorder;
 
   private:
     std::filesystem::path home() const;

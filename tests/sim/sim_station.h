@@ -13,6 +13,8 @@
 #include "runtime/dates.h"
 #include "sim/simulator.h"
 #include "station/demo_library.h"
+#include "store/library.h"
+#include "store/recordset.h"
 #include "test_folder.h"
 
 namespace tavora {
@@ -58,6 +60,15 @@ class SimStation : public ::testing::Test {
         std::filesystem::copy(master_->path(), home(), std::filesystem::copy_options::recursive);
     }
     std::filesystem::path home() const { return folder_.path() / "station"; }
+
+    // Whether the station starts its run by itself after start-up.
+    void auto_start(bool on) {
+        auto setup = Library::open(home() / "Setup.mdb", FileKind::Settings).library;
+        Recordset row = OpenRecordset(setup, "Setup");
+        row.Edit();
+        row.SetField("Use Schedule", Value::boolean(on));
+        ASSERT_TRUE(row.Update());
+    }
 
     SimRun simulate(const std::string& duration_minutes, const std::string& script = "",
                     bool probe = true, const std::filesystem::path& mix = {},

@@ -27,14 +27,6 @@ class Simulator : public SimStation {
             found.insert(rows.column_text(0));
         return found;
     }
-
-    void auto_start(bool on) {
-        auto setup = Library::open(home() / "Setup.mdb", FileKind::Settings).library;
-        Recordset row = OpenRecordset(setup, "Setup");
-        row.Edit();
-        row.SetField("Use Schedule", Value::boolean(on));
-        ASSERT_TRUE(row.Update());
-    }
 };
 
 // Songs air only after selection committed them, each pick once, and in

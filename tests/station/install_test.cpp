@@ -7,6 +7,7 @@
 
 #include "audio/decoder.h"
 #include "audio/format.h"
+#include "broadcast/profile.h"
 #include "core/settings/session_file.h"
 #include "core/station.h"
 #include "runtime/dates.h"
@@ -31,7 +32,7 @@ TEST(Install, MakesTheFolderAndNeverOverwritesWhatIsThere) {
     const auto home = folder.path() / "tavora";
     const InstallReport first = install_station(home, kNow);
     ASSERT_EQ(first.error, "");
-    EXPECT_EQ(first.made.size(), 5u);
+    EXPECT_EQ(first.made.size(), 5u + StandardProfiles().size());  // and the recorder's profiles
     EXPECT_TRUE(std::filesystem::is_directory(home / "web"));
     EXPECT_TRUE(std::filesystem::is_directory(home / "manual"));
     EXPECT_TRUE(Library::open(home / "Setup.mdb", FileKind::Settings).library);

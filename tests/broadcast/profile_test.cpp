@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+
+#include "broadcast/profile.h"
+#include "station/install.h"
+#include "test_folder.h"
+
+namespace tavora {
+namespace {
+
+TEST(Profile, EveryInstalledProfileReadsBackAsWritten) {
+    for (const auto& [name, written] : StandardProfiles()) {
+        const ProfileRead read = ParseProfile(ProfileText(written));
+        ASSERT_TRUE(read.profile) << name << ": " << read.error;
+        const Profile& p = *read.profile;
+        EXPECT_EQ(p.codec, written.codec) << name;
+        EXPECT_EQ(p.bitrate_kbps, written.bitrate_kbps) << name;
+        EXPECT_EQ(p.sample_rate, written.sample_rate) << name;
+        EXPECT_EQ(p.channels, written.channels) << name;
+        EXPECT_EQ(p.file, written.file) << name;
+        EXPECT_EQ(p.description, written.description) << name;
+        EXPECT_FALSE(p.stream) << name;
+    }
+    Profile streamed = StandardProfiles()[1].second;
+    streamed.stream =
+        StreamTarget{"127.0.0.1", 8123, "/air", "source", "pw", "Tavora FM", "Pop", true};
+    const ProfileRead read = ParseProfile(ProfileText(streamed));
+    ASSERT_TRUE(read.profile && read.profile->stream) << read.error;
+    EXPECT_EQ(read.profile->stream->port, 8123);
+    EXPECT_EQ(read.profile->stream->mount, "/air");
+    EXPECT_EQ(read.profile->stream->password, "pw");
+    EXPECT_EQ(read.profile->stream->name, "Tavora FM");
+    EXPECT_TRUE(read.profile->stream->is_public);
+}
+
+TEST(Profile, ABadProfileSaysWhatIsWrongWithIt) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "the profile is empty"},
+        {"# only a comment\n", "the profile is empty"},
+        {"codec = mp3\nfile = c:\\a.asf\nloudness = 3\n", "line 3: unknown key \"loudness\""},
+        {"codec = aac\n", "line 1: unknown codec \"aac\""},
+        {"codec = mp3\nbitrate = fast\n", "line 2: bitrate must be a number from 6 to 512"},
+        {"codec = mp3\nchannels = 6\n", "line 2: channels must be a number from 1 to 2"},
+        {"codec mp3\n", "line 1: no \"=\""},
+        {"bitrate = 64\nfile = c:\\a.asf\n", "the profile names no codec"},
+        {"codec = mp3\n", "the profile names no file"},
+        {"codec = mp3\nfile = c:\\a\nicecast_port = 8000\n",
+         "icecast settings without icecast_host"},
+        {"codec = wma\nfile = c:\\a\nicecast_host = h\n",
+         "an Icecast stream takes mp3, vorbis or opus"},
+        {"codec = mp3\nicecast_mount = air\n", "line 2: icecast_mount must start with /"},
+    };
+    for (const auto& [text, error] : cases) {
+        const ProfileRead read = ParseProfile(text);
+        EXPECT_FALSE(read.profile) << text;
+        EXPECT_EQ(read.error, error) << text;
+    }
+}
+
+TEST(Profile, InstallWritesTheMissingProfilesAndKeepsAnEditedOne) {
+    TestFolder folder;
+    const auto home = folder.path() / "tavora";
+    folder.Write("tavora/mp3lanf.asd", "codec = mp3\nbitrate = 96\nfile = c:\\mine.asf\n");
+    const InstallReport report = install_station(home, 46000);
+    ASSERT_EQ(report.error, "");
+    for (const auto& [name, profile] : StandardProfiles()) {
+        const ProfileRead read = ReadProfile(home / name);
+        ASSERT_TRUE(read.profile) << name << ": " << read.error;
+        if (name == "mp3lanf.asd") {
+            EXPECT_EQ(read.profile->bitrate_kbps, 96);
+        } else {
+            EXPECT_EQ(read.profile->bitrate_kbps, profile.bitrate_kbps) << name;
+        }
+    }
+    EXPECT_EQ(ReadProfile(home / "nothing.asd").error,
+              "cannot read " + (home / "nothing.asd").string());
+}
+
+}  // namespace
+}  // namespace tavora
