@@ -35,6 +35,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--script", {&CommandLine::script, {}, "a script file"}},
         {"--players", {&CommandLine::players, {"engine", "probe"}, "engine or probe"}},
         {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
+        {"--web", {&CommandLine::web, {}, "[ADDR:]PORT, such as 8080 or 127.0.0.1:8080"}},
     };
     return options;
 }
@@ -117,6 +118,8 @@ std::string usage_text() {
            "      --trace-selection              print the selection's trace lines\n"
            "  --play FILE...   play the files at once through the audio engine and exit\n"
            "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
+           "  --web [ADDR:]PORT  serve the request page and API (default address 127.0.0.1)\n"
+           "                   with --headless, --demo or --simulate; web.ini can do it too\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

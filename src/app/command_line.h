@@ -18,6 +18,10 @@ struct CommandLine {
     std::vector<std::string> play_files;
     std::string output = "card";
 
+    // --web [ADDR:]PORT: the station's own web page and API, for --headless,
+    // --demo and --simulate; empty leaves it to web.ini.
+    std::string web;
+
     // --simulate: a run on the virtual clock.
     std::string start;     // "YYYY-MM-DD HH:MM:SS"
     std::string duration;  // 90s, 45m, 6h, 2d

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "audio/engine.h"
+#include "internet/remote_answers.h"
 #include "platform/clock.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
@@ -16,6 +17,7 @@
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
 #include "station/station_app.h"
+#include "station/station_web.h"
 
 namespace tavora {
 
@@ -37,19 +39,27 @@ void catch_stop_signals() {
 
 }  // namespace
 
-int run_headless(const std::optional<std::string>& home_option, const std::string& output) {
+int run_headless(const std::optional<std::string>& home_option, const std::string& output,
+                 const std::string& web_option) {
     const auto home = ResolveInstallFolder(home_option);
     if (!files::Exists(home / "Setup.mdb")) {
         std::cerr << "tavora: no station is installed in " << home.string()
                   << "\nMake one with: tavora --install --home " << home.string() << "\n";
         return 2;
     }
+    std::string web_problems;
+    const WebSettings web_settings = web_settings_for(home, web_option, web_problems);
+    if (!web_problems.empty()) {
+        std::cerr << "tavora: " << web_problems;
+        if (!web_option.empty() && !parse_web_address(web_option)) return 2;
+    }
 
     SystemClock clock;
     RealTimeLoop loop;
     // Each event line goes out as it happens, also into a pipe or a file.
     std::cout.setf(std::ios::unitbuf);
-    EventDialogs dialogs(clock, std::cout);
+    EventDialogs desk(clock, std::cout);
+    RemoteAnswers dialogs(desk);
     PathMap paths(home);
     SystemLauncher launcher;
     Random random;
@@ -63,6 +73,8 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
                    engine_players(engine, post, probe_players(services.clock, services.loop)));
     app.on_end = [&loop] { loop.quit(); };
     EventLog log(clock, loop, std::cout, app.station, app.playback);
+    StationWeb web(app, services, &dialogs);
+    log.on_air = [&web](int slot, double when) { web.aired(slot, when); };
     log.listen_to(app.selection, false);
     log.count_silence_by_players();
     catch_stop_signals();
@@ -81,7 +93,15 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
         return 1;
     }
     std::cerr << "tavora: idle, library " << app.station.Act_Db << "\n";
+    if (web_settings.enabled) {
+        const std::string error = web.start(web_settings);
+        if (error.empty())
+            std::cerr << "tavora: request page and API on " << web.url() << "\n";
+        else
+            std::cerr << "tavora: the web page is off: " << error << "\n";
+    }
     loop.run();
+    web.stop();
     log.end();
     std::cerr << "tavora: stopped\n";
     return 0;
