@@ -38,6 +38,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--order",
          {&CommandLine::order, {"title-artist", "artist-title"}, "title-artist or artist-title"}},
         {"--record", {&CommandLine::record, {}, "a recorder profile"}},
+        {"--web", {&CommandLine::web, {}, "[ADDR:]PORT, such as 8080 or 127.0.0.1:8080"}},
     };
     return options;
 }
@@ -140,6 +141,8 @@ std::string usage_text() {
            "                                     when its name isn't \"title - artist\"\n"
            "  --play FILE...   play the files at once through the audio engine and exit\n"
            "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
+           "  --web [ADDR:]PORT  serve the request page and API (default address 127.0.0.1)\n"
+           "                   with --headless, --demo or --simulate; web.ini can do it too\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

@@ -10,6 +10,7 @@
 #include "audio/engine.h"
 #include "audio/mix_tap.h"
 #include "broadcast/encoding/live_encoder.h"
+#include "internet/remote_answers.h"
 #include "platform/clock.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
@@ -22,6 +23,7 @@
 #include "sim/event_log.h"
 #include "station/engine_preview.h"
 #include "station/station_app.h"
+#include "station/station_web.h"
 
 namespace tavora {
 
@@ -55,19 +57,26 @@ std::optional<std::filesystem::path> recorder_profile(const std::filesystem::pat
 }  // namespace
 
 int run_headless(const std::optional<std::string>& home_option, const std::string& output,
-                 const std::string& record) {
+                 const std::string& record, const std::string& web_option) {
     const auto home = ResolveInstallFolder(home_option);
     if (!files::Exists(home / "Setup.mdb")) {
         std::cerr << "tavora: no station is installed in " << home.string()
                   << "\nMake one with: tavora --install --home " << home.string() << "\n";
         return 2;
     }
+    std::string web_problems;
+    const WebSettings web_settings = web_settings_for(home, web_option, web_problems);
+    if (!web_problems.empty()) {
+        std::cerr << "tavora: " << web_problems;
+        if (!web_option.empty() && !parse_web_address(web_option)) return 2;
+    }
 
     SystemClock clock;
     RealTimeLoop loop;
     // Each event line goes out as it happens, also into a pipe or a file.
     std::cout.setf(std::ios::unitbuf);
-    EventDialogs dialogs(clock, std::cout);
+    EventDialogs desk(clock, std::cout);
+    RemoteAnswers dialogs(desk);
     PathMap paths(home);
     SystemLauncher launcher;
     Random random;
@@ -88,6 +97,8 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     app.tavora_db.attach_preview(engine_preview(engine));
     app.on_end = [&loop] { loop.quit(); };
     EventLog log(clock, loop, std::cout, app.station, app.playback);
+    StationWeb web(app, services, &dialogs);
+    log.on_air = [&web](int slot, double when) { web.aired(slot, when); };
     log.listen_to(app.selection, false);
     log.count_silence_by_players();
     catch_stop_signals();
@@ -116,7 +127,15 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
         return 1;
     }
     std::cerr << "tavora: idle, library " << app.station.Act_Db << "\n";
+    if (web_settings.enabled) {
+        const std::string error = web.start(web_settings);
+        if (error.empty())
+            std::cerr << "tavora: request page and API on " << web.url() << "\n";
+        else
+            std::cerr << "tavora: the web page is off: " << error << "\n";
+    }
     loop.run();
+    web.stop();
     log.end();
     std::cerr << "tavora: stopped\n";
     return 0;

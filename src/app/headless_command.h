@@ -10,8 +10,8 @@ namespace tavora {
 // or to nowhere when `output` is "null"; what airs and every dialog are
 // written to standard output in the simulator's event lines. With `record`, a
 // recorder profile (a path, or a name in the install folder), the air is recorded
-// and streamed as it says from the start.
+// and streamed as it says from the start; `web` serves the request page and API.
 int run_headless(const std::optional<std::string>& home, const std::string& output,
-                 const std::string& record = {});
+                 const std::string& record = {}, const std::string& web = {});
 
 }  // namespace tavora

@@ -39,6 +39,7 @@ int run_simulate(const CommandLine& line, std::ostream& out, std::ostream& err) 
     options.probe_players = line.players == "probe";
     options.mix_out = line.mix_out;
     options.trace_selection = line.trace_selection;
+    options.web = line.web;
     return run_simulation(options, out, err);
 }
 

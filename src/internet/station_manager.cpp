@@ -80,6 +80,11 @@ bool take(Station& s, Item kind, const std::string& item) {
 }  // namespace
 
 void StationManagerLink::Stn_Mgr_Click() {
+    if (const std::string page = web_page ? web_page() : std::string(); !page.empty()) {
+        if (!services_.launcher.Start("xdg-open " + page))
+            services_.dialogs.MsgBox("Open " + page + " in your web browser.");
+        return;
+    }
     services_.dialogs.MsgBox(
         "Warning! You must start broadcasting prior to running the Tavora Players On some PC's "
         "for correct operation");

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "core/services.h"
 #include "core/station.h"
 
@@ -12,8 +15,12 @@ class StationManagerLink {
     StationManagerLink(Station& station, const Services& services)
         : station_(station), services_(services) {}
 
-    // The menu entry: a warning, then the program is started.
+    // The menu entry: a warning, then the program is started. With the
+    // station's own web server on, its page opens in the browser instead.
     void Stn_Mgr_Click();
+    // The address of the station's own request page; empty while its web
+    // server is off.
+    std::function<std::string()> web_page;
     // Called by the transport every 150 ticks. A file is read and deleted
     // unless an order is armed already (it waits) or this is remote use (it
     // is the other machine's).

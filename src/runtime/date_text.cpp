@@ -1,6 +1,7 @@
 #include "runtime/date_text.h"
 
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 
 #include "runtime/date_parts.h"
@@ -312,6 +313,17 @@ std::optional<double> parse_date_text(std::string_view text) {
     }
     if (!r.at_end() || (!day && !time)) return std::nullopt;
     return from_linear(day.value_or(0) + time.value_or(0));
+}
+
+std::string event_time(double date) {
+    // Whole milliseconds first: the date text alone would round the seconds.
+    const auto ms = static_cast<long long>(std::llround(date * 86'400'000.0));
+    const long long day = ms / 86'400'000LL;
+    const long long in_day = ms % 86'400'000LL;
+    char time[32];
+    std::snprintf(time, sizeof time, " %02lld:%02lld:%02lld.%03lld", in_day / 3'600'000,
+                  in_day / 60'000 % 60, in_day / 1000 % 60, in_day % 1000);
+    return Format(static_cast<double>(day), "yyyy-mm-dd") + time;
 }
 
 }  // namespace tavora

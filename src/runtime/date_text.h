@@ -34,6 +34,9 @@ std::string Format(std::string_view text, std::string_view pattern);
 // The default text of a date value.
 std::string date_text(double date);
 
+// The time of an event line: "yyyy-mm-dd hh:mm:ss.fff", whole milliseconds.
+std::string event_time(double date);
+
 // Reads the date and time texts the station stores and shows: an optional
 // date ("m/d/yyyy", "m/d/yy" or "yyyy-mm-dd") followed or replaced by a time
 // ("h:mm", "h:mm:ss", either with " AM"/" PM", or "h AM"). Blanks around the

@@ -10,7 +10,6 @@ namespace tavora {
 
 namespace {
 
-constexpr double kMsPerDay = 86'400'000.0;
 constexpr double kSecondsPerDay = 86'400.0;
 
 bool is_fallback(PickReport::Way way) {
@@ -18,17 +17,6 @@ bool is_fallback(PickReport::Way way) {
 }
 
 }  // namespace
-
-std::string event_time(double date) {
-    // Whole milliseconds first: the date text alone would round the seconds.
-    const auto ms = static_cast<long long>(std::llround(date * kMsPerDay));
-    const long long day = ms / 86'400'000LL;
-    const long long in_day = ms % 86'400'000LL;
-    char time[32];
-    std::snprintf(time, sizeof time, " %02lld:%02lld:%02lld.%03lld", in_day / 3'600'000,
-                  in_day / 60'000 % 60, in_day / 1000 % 60, in_day % 1000);
-    return Format(static_cast<double>(day), "yyyy-mm-dd") + time;
-}
 
 EventLog::EventLog(const Clock& clock, EventLoop& loop, std::ostream& out, Station& station,
                    Playback& playback)
@@ -76,8 +64,10 @@ void EventLog::check_start(int player, int slot) {
         return;
     aired_load_[player] = true;
     ++aired_;
-    out_ << "AIR " << event_time(clock_.Now()) << " slot=" << slot << " player=" << player
+    const double now = clock_.Now();
+    out_ << "AIR " << event_time(now) << " slot=" << slot << " player=" << player
          << " recid=" << s_.Slot_RecID[slot] << " \"" << s_.Slot_Title[slot] << "\"\n";
+    if (on_air) on_air(slot, now);
 }
 
 void EventLog::check_silence() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <iosfwd>
 #include <string>
 
@@ -9,6 +10,7 @@
 #include "platform/event_loop.h"
 #include "playback/playback.h"
 #include "playback/ports.h"
+#include "runtime/date_text.h"
 #include "selection/selection.h"
 #include "sim/dead_air.h"
 
@@ -31,6 +33,9 @@ class EventLog : public PlaybackObserver {
     void count_silence_by_players() { by_players_ = true; }
 
     void state_changed(int player, int slot, int state) override;
+
+    // Told of each AIR line as it is written: slot and the line's time.
+    std::function<void(int slot, double when)> on_air;
 
     int aired() const { return aired_; }
     int picks() const { return picks_; }
@@ -64,8 +69,5 @@ class EventLog : public PlaybackObserver {
     int picks_ = 0;
     int fallbacks_ = 0;
 };
-
-// The time of an event line: "yyyy-mm-dd hh:mm:ss.fff".
-std::string event_time(double date);
 
 }  // namespace tavora

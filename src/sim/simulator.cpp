@@ -10,6 +10,7 @@
 #include "audio/mix_tap.h"
 #include "broadcast/encoding/live_encoder.h"
 
+#include "internet/remote_answers.h"
 #include "platform/clock.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
@@ -24,6 +25,7 @@
 #include "sim/script.h"
 #include "station/engine_preview.h"
 #include "station/station_app.h"
+#include "station/station_web.h"
 
 namespace tavora {
 
@@ -95,13 +97,21 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
         return 2;
     }
 
+    std::string web_problems;
+    const WebSettings web_settings = web_settings_for(options.home, options.web, web_problems);
+    if (!options.web.empty() && !parse_web_address(options.web)) {
+        err << "tavora: " << web_problems;
+        return 2;
+    }
+
     VirtualClock clock(options.start);
     VirtualScheduler loop(clock);
     EventDialogs dialogs(clock, out);
+    RemoteAnswers answers(dialogs);
     PathMap paths(options.home);
     RecordingLauncher launcher;
     Random random;
-    const Services services{clock, loop, dialogs, paths, launcher, random};
+    const Services services{clock, loop, answers, paths, launcher, random};
 
     const audio::Post post = [&loop](std::function<void()> fn) { loop.post(std::move(fn)); };
     std::unique_ptr<audio::Engine> engine;
@@ -133,6 +143,8 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
     }
 
     EventLog log(clock, loop, out, app.station, app.playback);
+    StationWeb web(app, services, &answers);
+    log.on_air = [&web](int slot, double when) { web.aired(slot, when); };
     log.listen_to(app.selection, options.trace_selection);
     MixLevelMeter meter(log.dead_air(), audio::kRate);
     std::unique_ptr<OfflineDrive> drive;
@@ -146,6 +158,13 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
 
     const double end = options.start + options.duration_ms / kMsPerDay;
     if (app.Sub_Main()) {
+        if (web_settings.enabled) {
+            const std::string error = web.start(web_settings);
+            err << "tavora: "
+                << (error.empty() ? "request page and API on " + web.url()
+                                  : "the web page is off: " + error)
+                << "\n";
+        }
         for (const ScriptAction& action : script.actions) {
             loop.run_until(std::min(end, options.start + action.at_ms / kMsPerDay));
             if (app.ended() || clock.Now() >= end) break;
@@ -157,6 +176,7 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
         if (!app.ended()) loop.run_until(end);
     }
     app.Shutdown();
+    web.stop();
     log.end();
     return 0;
 }
