@@ -35,6 +35,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--script", {&CommandLine::script, {}, "a script file"}},
         {"--players", {&CommandLine::players, {"engine", "probe"}, "engine or probe"}},
         {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
+        {"--screenshots", {&CommandLine::screenshots, {}, "a folder"}},
     };
     return options;
 }
@@ -101,6 +102,10 @@ std::string usage_text() {
            "\n"
            "An unattended music programming and playout station.\n"
            "\n"
+           "Without a mode option it opens the station's windows on the install folder\n"
+           "(a demo library made when the library is empty), or plays headless when\n"
+           "there is no display.\n"
+           "\n"
            "Options:\n"
            "  --install        make the install folder: settings, an empty library, web and\n"
            "                   manual folders; never overwrites what is there\n"
@@ -115,8 +120,10 @@ std::string usage_text() {
            "      --players engine|probe         decode and mix, or only time the files\n"
            "      --mix-out FILE.wav             write the mix (engine players)\n"
            "      --trace-selection              print the selection's trace lines\n"
+           "  --screenshots DIR  open the windows, run the station a minute, save a PNG\n"
+           "                   of each main window into DIR and exit\n"
            "  --play FILE...   play the files at once through the audio engine and exit\n"
-           "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
+           "  --output OUT     where the station or --play sounds: card (default) or null\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

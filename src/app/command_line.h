@@ -25,6 +25,9 @@ struct CommandLine {
     std::string players = "engine";  // or "probe"
     std::string mix_out;
     bool trace_selection = false;
+
+    // The desktop: save pictures of the windows into this folder, then end.
+    std::string screenshots;
 };
 
 CommandLine parse_command_line(const std::vector<std::string>& args);

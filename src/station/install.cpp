@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "station/manual_pages.h"
 #include "store/library_files.h"
 
 namespace tavora {
@@ -50,6 +51,10 @@ InstallReport install_station(const std::filesystem::path& home, double now) {
     ensure_file(
         home / "qx1.mdb", [now](const auto& path) { return create_library_file(path, now); },
         report);
+    if (!report.error.empty()) return report;
+    ensure_file(home / "manual" / "tqxops.htm", write_quick_help, report);
+    if (!report.error.empty()) return report;
+    ensure_file(home / "manual" / "legal.txt", write_legal_text, report);
     return report;
 }
 

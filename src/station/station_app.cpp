@@ -61,14 +61,15 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players)
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
     });
+    wire_side_tools(qx_main, about, browser, system_info, services_);
 }
 
 StationApp::~StationApp() = default;
 
 Form* StationApp::form(std::string_view name) {
-    for (Form* window : std::initializer_list<Form*>{&qx_main, &setup, &about, &tavora_db, &request,
-                                                     &viewer, &loding, &mail, &type_lookup,
-                                                     &schedule, &form2, &playback.on_air}) {
+    for (Form* window : std::initializer_list<Form*>{
+             &qx_main, &setup, &about, &tavora_db, &request, &viewer, &loding, &mail, &type_lookup,
+             &schedule, &form2, &playback.on_air, &browser, &system_info}) {
         if (window->name() == name) return window;
     }
     for (int n = 1; n <= kPlayers; ++n) {

@@ -25,6 +25,7 @@
 #include "selection/type_lookup.h"
 #include "station/frm_about.h"
 #include "station/instance_lock.h"
+#include "station/side_tools.h"
 #include "store/library.h"
 
 namespace tavora {
@@ -78,6 +79,8 @@ class StationApp {
     StationManagerLink manager{station, services_};
     WebList web{request, station, services_};
     Playback playback;
+    frmBrowser browser;
+    frmSystemInfo system_info{station, services_, pool};
 
   private:
     std::filesystem::path home() const;
