@@ -15,7 +15,8 @@
 #include "platform/dialog_stand_ins.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
-#include "playback/engine_player.h"
+#include "players/engine_player.h"
+#include "players/probe_player.h"
 #include "runtime/random.h"
 #include "station/demo_library.h"
 #include "station/station_app.h"
@@ -50,7 +51,8 @@ struct Desktop {
         if (engine) {
             const audio::Post post = [this](std::function<void()> fn) { loop.post(std::move(fn)); };
             sound = std::make_unique<audio::Engine>(audio::OutputKind::Null, post);
-            app = std::make_unique<StationApp>(services, engine_players(*sound, post));
+            app = std::make_unique<StationApp>(
+                services, engine_players(*sound, post, probe_players(clock, loop)));
         } else {
             app = std::make_unique<StationApp>(services);
         }

@@ -8,11 +8,10 @@
 #include <filesystem>
 #include <iostream>
 
-#include "audio/engine.h"
+#include "engine_station.h"
 #include "platform/clock.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
-#include "playback/engine_player.h"
 #include "runtime/random.h"
 #include "station/station_app.h"
 #include "ui/binder.h"
@@ -84,11 +83,9 @@ int run_desktop(int argc, char** argv, const std::optional<std::string>& home_op
     Random random;
     const Services services{clock, loop, dialogs, paths, launcher, random};
 
-    const audio::Post post = [&loop](std::function<void()> fn) { loop.post(std::move(fn)); };
-    audio::Engine engine(output == "null" ? audio::OutputKind::Null : audio::OutputKind::Card,
-                         post);
-    StationApp app(services, engine_players(engine, post));
-    app.on_end = [&loop] { loop.quit(); };
+    EngineStation station(services, output);
+    const audio::Engine& engine = station.engine;
+    StationApp& app = station.app;
     app.system_info.front_end_lines = {
         std::string("Qt ") + qVersion(),
         "Audio output: " +

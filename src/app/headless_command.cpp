@@ -4,18 +4,15 @@
 #include <csignal>
 #include <iostream>
 
-#include "audio/engine.h"
+#include "engine_station.h"
 #include "platform/clock.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/real_time_loop.h"
-#include "players/engine_player.h"
-#include "players/probe_player.h"
 #include "runtime/random.h"
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
-#include "station/station_app.h"
 
 namespace tavora {
 
@@ -55,13 +52,9 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     Random random;
     const Services services{clock, loop, dialogs, paths, launcher, random};
 
-    const audio::Post post = [&loop](std::function<void()> fn) { loop.post(std::move(fn)); };
-    audio::Engine engine(output == "null" ? audio::OutputKind::Null : audio::OutputKind::Card,
-                         post);
-    if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
-    StationApp app(services,
-                   engine_players(engine, post, probe_players(services.clock, services.loop)));
-    app.on_end = [&loop] { loop.quit(); };
+    EngineStation station(services, output);
+    if (!station.engine.note().empty()) std::cerr << "tavora: " << station.engine.note() << "\n";
+    StationApp& app = station.app;
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     log.listen_to(app.selection, false);
     log.count_silence_by_players();

@@ -148,6 +148,25 @@ struct Binder::Window {
     int pointer = 0;
 };
 
+namespace {
+
+// The rows of a list or combo, and its chosen row, when they changed.
+template <class Widget, class Choose>
+void SyncRows(Widget& widget, Binder::Binding& b, const Control& c, bool first, Choose choose) {
+    if (first || c.List != b.list) {
+        b.list = c.List;
+        widget.clear();
+        widget.addItems(Rows(c.List));
+        b.list_index = -2;
+    }
+    if (c.ListIndex != b.list_index) {
+        b.list_index = c.ListIndex;
+        choose(c.ListIndex);
+    }
+}
+
+}  // namespace
+
 Binder::Binder(QtEventLoop& loop, const PathMap& paths, Launcher& launcher)
     : loop_(loop), paths_(paths), launcher_(launcher) {}
 
@@ -533,16 +552,7 @@ void Binder::sync_window(Window& w) {
                 break;
             case Kind::Combo: {
                 auto* combo = static_cast<QComboBox*>(b.object.data());
-                if (first || c.List != b.list) {
-                    b.list = c.List;
-                    combo->clear();
-                    combo->addItems(Rows(c.List));
-                    b.list_index = -2;
-                }
-                if (c.ListIndex != b.list_index) {
-                    b.list_index = c.ListIndex;
-                    combo->setCurrentIndex(c.ListIndex);
-                }
+                SyncRows(*combo, b, c, first, [combo](int row) { combo->setCurrentIndex(row); });
                 if (combo->isEditable() && (first || c.Text != b.text)) {
                     b.text = c.Text;
                     combo->setEditText(q(c.Text));
@@ -551,16 +561,7 @@ void Binder::sync_window(Window& w) {
             }
             case Kind::List: {
                 auto* list = static_cast<QListWidget*>(b.object.data());
-                if (first || c.List != b.list) {
-                    b.list = c.List;
-                    list->clear();
-                    list->addItems(Rows(c.List));
-                    b.list_index = -2;
-                }
-                if (c.ListIndex != b.list_index) {
-                    b.list_index = c.ListIndex;
-                    list->setCurrentRow(c.ListIndex);
-                }
+                SyncRows(*list, b, c, first, [list](int row) { list->setCurrentRow(row); });
                 break;
             }
             default:
