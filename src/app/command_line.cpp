@@ -39,6 +39,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
          {&CommandLine::order, {"title-artist", "artist-title"}, "title-artist or artist-title"}},
         {"--record", {&CommandLine::record, {}, "a recorder profile"}},
         {"--web", {&CommandLine::web, {}, "[ADDR:]PORT, such as 8080 or 127.0.0.1:8080"}},
+        {"--screenshots", {&CommandLine::screenshots, {}, "a folder"}},
     };
     return options;
 }
@@ -118,6 +119,10 @@ std::string usage_text() {
            "\n"
            "An unattended music programming and playout station.\n"
            "\n"
+           "Without a mode option it opens the station's windows on the install folder\n"
+           "(a demo library made when the library is empty), or plays headless when\n"
+           "there is no display.\n"
+           "\n"
            "Options:\n"
            "  --install        make the install folder: settings, an empty library, web and\n"
            "                   manual folders; never overwrites what is there\n"
@@ -143,6 +148,10 @@ std::string usage_text() {
            "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
            "  --web [ADDR:]PORT  serve the request page and API (default address 127.0.0.1)\n"
            "                   with --headless, --demo or --simulate; web.ini can do it too\n"
+           "  --screenshots DIR  open the windows, run the station a minute, save a PNG\n"
+           "                   of each main window into DIR and exit\n"
+           "  --play FILE...   play the files at once through the audio engine and exit\n"
+           "  --output OUT     where the station or --play sounds: card (default) or null\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

@@ -36,6 +36,8 @@ struct CommandLine {
     std::vector<std::string> add_paths;
     std::string order = "title-artist";  // or "artist-title": how names read
     bool tags = false;
+    // The desktop: save pictures of the windows into this folder, then end.
+    std::string screenshots;
 };
 
 CommandLine parse_command_line(const std::vector<std::string>& args);

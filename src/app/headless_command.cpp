@@ -7,22 +7,16 @@
 #include <mutex>
 #include <optional>
 
-#include "audio/engine.h"
-#include "audio/mix_tap.h"
-#include "broadcast/encoding/live_encoder.h"
+#include "engine_station.h"
 #include "internet/remote_answers.h"
 #include "platform/clock.h"
 #include "platform/file_ops.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "platform/real_time_loop.h"
-#include "players/engine_player.h"
-#include "players/probe_player.h"
 #include "runtime/random.h"
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
-#include "station/engine_preview.h"
-#include "station/station_app.h"
 #include "station/station_web.h"
 
 namespace tavora {
@@ -82,20 +76,9 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     Random random;
     const Services services{clock, loop, dialogs, paths, launcher, random};
 
-    const audio::Post post = [&loop](std::function<void()> fn) { loop.post(std::move(fn)); };
-    audio::Engine engine(output == "null" ? audio::OutputKind::Null : audio::OutputKind::Card,
-                         post);
-    if (!engine.note().empty()) std::cerr << "tavora: " << engine.note() << "\n";
-    audio::MixTap tap(engine);
-    StationApp app(services,
-                   engine_players(engine, post, probe_players(services.clock, services.loop)),
-                   live_encoders(tap, paths, [](const std::string& line) {
-                       static std::mutex mutex;
-                       std::lock_guard lock(mutex);
-                       std::cerr << "tavora: " << line << "\n";
-                   }));
-    app.tavora_db.attach_preview(engine_preview(engine));
-    app.on_end = [&loop] { loop.quit(); };
+    EngineStation station(services, output);
+    if (!station.engine.note().empty()) std::cerr << "tavora: " << station.engine.note() << "\n";
+    StationApp& app = station.app;
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     StationWeb web(app, services, &dialogs);
     log.on_air = [&web](int slot, double when) { web.aired(slot, when); };

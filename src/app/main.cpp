@@ -5,6 +5,7 @@
 #include "add_command.h"
 #include "command_line.h"
 #include "core/version.h"
+#include "desktop_command.h"
 #include "headless_command.h"
 #include "install_command.h"
 #include "play_command.h"
@@ -43,6 +44,10 @@ int main(int argc, char** argv) {
         case tavora::CommandLine::Action::Run:
             break;
     }
-    std::cout << tavora::usage_text();
-    return 0;
+    if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr)) return failed;
+    if (!tavora::display_available()) {
+        std::cerr << "tavora: no display, so the station plays headless (Ctrl+C stops it)\n";
+        return tavora::run_headless(line.home, line.output);
+    }
+    return tavora::run_desktop(argc, argv, line.home, line.output, line.screenshots);
 }

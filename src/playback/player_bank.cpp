@@ -30,7 +30,12 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
             PlayStateChange(n);
         };
         players_[n]->Error = [this, n] { PlayerError(n); };
+        forms_[n]->QueryUnload = [this, n] {
+            Player_QueryUnload(n);
+            return true;
+        };
     }
+    viewer_.QueryUnload = [this] { return viewer_QueryUnload(); };
     timer_viewer_ = services_.loop.CreateTimer([this] { TimerViewer_Timer(); });
     timer_viewer_->SetInterval(300);
     aplayer7_ = services_.loop.CreateTimer([this] { APlayer7_Timer(); });

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "broadcast/profile.h"
+#include "station/manual_pages.h"
 #include "store/library_files.h"
 
 namespace tavora {
@@ -57,6 +58,10 @@ InstallReport install_station(const std::filesystem::path& home, double now) {
             home / name, [&profile](const auto& path) { return WriteProfile(path, profile); },
             report);
     }
+    if (!report.error.empty()) return report;
+    ensure_file(home / "manual" / "tqxops.htm", write_quick_help, report);
+    if (!report.error.empty()) return report;
+    ensure_file(home / "manual" / "legal.txt", write_legal_text, report);
     return report;
 }
 

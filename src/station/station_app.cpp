@@ -81,6 +81,7 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
     });
+    wire_side_tools(qx_main, about, browser, system_info, services_);
     wire_catalogue();
 }
 
@@ -120,7 +121,8 @@ StationApp::~StationApp() = default;
 Form* StationApp::form(std::string_view name) {
     for (Form* window : std::initializer_list<Form*>{
              &qx_main, &setup, &about, &tavora_db, &request, &viewer, &loding, &mail, &type_lookup,
-             &tavora_db.Wizard, &schedule, &form2, &advschedule, &playback.on_air, &recorder}) {
+             &tavora_db.Wizard, &schedule, &form2, &advschedule, &playback.on_air, &recorder,
+             &browser, &system_info}) {
         if (window->name() == name) return window;
     }
     for (int n = 1; n <= kPlayers; ++n) {

@@ -28,6 +28,7 @@
 #include "selection/type_lookup.h"
 #include "station/frm_about.h"
 #include "station/instance_lock.h"
+#include "station/side_tools.h"
 #include "store/library.h"
 
 namespace tavora {
@@ -87,6 +88,8 @@ class StationApp {
     WebList web{request, station, services_};
     Playback playback;
     EncRep recorder;
+    frmBrowser browser;
+    frmSystemInfo system_info{station, services_, pool};
 
   private:
     std::filesystem::path home() const;

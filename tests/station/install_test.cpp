@@ -32,7 +32,9 @@ TEST(Install, MakesTheFolderAndNeverOverwritesWhatIsThere) {
     const auto home = folder.path() / "tavora";
     const InstallReport first = install_station(home, kNow);
     ASSERT_EQ(first.error, "");
-    EXPECT_EQ(first.made.size(), 5u + StandardProfiles().size());  // and the recorder's profiles
+    EXPECT_EQ(first.made.size(), 7u + StandardProfiles().size());  // and the recorder's profiles
+    EXPECT_NE(contents(home / "manual" / "tqxops.htm").find("Run Juke Box"), std::string::npos);
+    EXPECT_NE(contents(home / "manual" / "legal.txt").find("licence"), std::string::npos);
     EXPECT_TRUE(std::filesystem::is_directory(home / "web"));
     EXPECT_TRUE(std::filesystem::is_directory(home / "manual"));
     EXPECT_TRUE(Library::open(home / "Setup.mdb", FileKind::Settings).library);
@@ -43,11 +45,13 @@ TEST(Install, MakesTheFolderAndNeverOverwritesWhatIsThere) {
 
     const std::string before = contents(home / "qx1.mdb");
     std::filesystem::remove(home / "Setup.mdb");
+    { std::ofstream(home / "manual" / "tqxops.htm") << "our own help"; }
     const InstallReport second = install_station(home, kNow + 1);
     ASSERT_EQ(second.error, "");
     ASSERT_EQ(second.made.size(), 1u);
     EXPECT_EQ(second.made[0], (home / "Setup.mdb").string());
     EXPECT_EQ(contents(home / "qx1.mdb"), before);
+    EXPECT_EQ(contents(home / "manual" / "tqxops.htm"), "our own help");
 }
 
 TEST(Install, AFolderThatIsAFileIsAClearFailure) {

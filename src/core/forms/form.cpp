@@ -11,7 +11,7 @@ Control& Form::add(std::string control, int index, Kind kind) {
     auto made = std::make_unique<Control>();
     made->Name = std::move(control);
     made->Index = index;
-    auto [it, inserted] = controls_.emplace(key, Entry{std::move(made), kind});
+    auto [it, inserted] = controls_.emplace(key, Owned{std::move(made), kind});
     if (inserted) order_.push_back(std::move(key));
     return *it->second.control;
 }
@@ -77,6 +77,26 @@ std::vector<std::string> Form::control_names() const {
         names.push_back(index < 0 ? control : control + "(" + std::to_string(index) + ")");
     }
     return names;
+}
+
+bool Form::handles(std::string_view control, std::string_view event) const {
+    return handlers_.count({std::string(control), std::string(event)}) > 0;
+}
+
+std::vector<Form::Entry> Form::controls() const {
+    std::vector<Entry> entries;
+    entries.reserve(order_.size());
+    for (const auto& key : order_) {
+        const Owned& owned = controls_.at(key);
+        entries.push_back({owned.control.get(), owned.kind});
+    }
+    return entries;
+}
+
+bool Form::close() {
+    if (QueryUnload && !QueryUnload()) return false;
+    Visible = false;
+    return true;
 }
 
 }  // namespace tavora

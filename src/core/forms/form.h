@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/forms/control.h"
 
@@ -34,6 +35,13 @@ class Form {
     double Width = 0;
     double Height = 0;
     int MousePointer = 0;  // 11 is the hourglass
+    int KeyAscii = 0;      // the key of the KeyPress being handled
+
+    // The window's close box. Without a handler the window just hides; a
+    // handler that returns false keeps it open.
+    std::function<bool()> QueryUnload;
+    // What the close box does: true when the window is now hidden.
+    bool close();
 
     // The control by name, and index for a member of a control array; null
     // when the window has no such control.
@@ -62,9 +70,20 @@ class Form {
     // Names of every control, "Name" or "Name(i)", in order of creation.
     std::vector<std::string> control_names() const;
 
-  protected:
-    enum class Kind { Plain, TextBox, CheckBox, List };
+    // True when the control has a handler for the event, so that a front
+    // end can grey a command nothing answers yet.
+    bool handles(std::string_view control, std::string_view event) const;
 
+    enum class Kind { Plain, TextBox, CheckBox, List };
+    // Every control in order of creation, with its kind, for front ends
+    // that render a window they have no layout for.
+    struct Entry {
+        Control* control;
+        Kind kind;
+    };
+    std::vector<Entry> controls() const;
+
+  protected:
     Control& add(std::string control, int index = -1, Kind kind = Kind::Plain);
     Control& add_text(std::string control, int index = -1) {
         return add(std::move(control), index, Kind::TextBox);
@@ -77,12 +96,12 @@ class Form {
     }
 
   private:
-    struct Entry {
+    struct Owned {
         std::unique_ptr<Control> control;
         Kind kind;
     };
     std::string name_;
-    std::map<std::pair<std::string, int>, Entry> controls_;
+    std::map<std::pair<std::string, int>, Owned> controls_;
     std::vector<std::pair<std::string, int>> order_;
     std::map<std::pair<std::string, std::string>, Handler> handlers_;
 };

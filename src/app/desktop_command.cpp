@@ -1,0 +1,112 @@
+#include "desktop_command.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QStyleFactory>
+#include <QTimer>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+#include "engine_station.h"
+#include "platform/clock.h"
+#include "platform/launcher.h"
+#include "platform/path_map.h"
+#include "runtime/random.h"
+#include "station/station_app.h"
+#include "ui/binder.h"
+#include "ui/desktop.h"
+#include "ui/qt_dialogs.h"
+#include "ui/qt_event_loop.h"
+
+namespace tavora {
+
+namespace {
+
+void save(QWidget* window, const std::filesystem::path& file) {
+    if (!window || !window->isVisible()) return;
+    if (window->grab().save(QString::fromStdString(file.string()))) {
+        std::cout << "tavora: saved " << file.string() << std::endl;
+    } else {
+        std::cerr << "tavora: could not save " << file.string() << "\n";
+    }
+}
+
+// The screenshot run: the station starts, a listener asks for a song, and
+// after a minute of play each main window is saved as a PNG.
+void take_screenshots(StationApp& app, ui::Desktop& desktop, ui::QtEventLoop& loop,
+                      const std::filesystem::path& folder) {
+    std::filesystem::create_directories(folder);
+    loop.run_event([&app] { app.qx_main.click("mnu_File_Run"); });
+    QTimer::singleShot(20'000,
+                       [&app, &loop] { loop.run_event([&app] { app.request.click("RB", 4); }); });
+    QTimer::singleShot(60'000, [&app, &desktop, &loop, folder] {
+        const auto shot = [&](Form& form, const char* menu, const char* file) {
+            if (menu) loop.run_event([&app, menu] { app.qx_main.click(menu); });
+            QApplication::processEvents();
+            save(desktop.window_of(form), folder / file);
+        };
+        save(&desktop.main_window(), folder / "desktop.png");
+        shot(app.request, nullptr, "jukebox.png");
+        shot(app.viewer, nullptr, "now-playing.png");
+        shot(app.playback.on_air, nullptr, "on-air.png");
+        shot(app.system_info, "sysinf", "system-info.png");
+        shot(app.about, "About_QX", "about.png");
+        loop.run_event([&app] { app.Shutdown(); });
+    });
+}
+
+}  // namespace
+
+bool display_available() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        const char* value = std::getenv(name);
+        if (value && *value) return true;
+    }
+    return false;
+}
+
+int run_desktop(int argc, char** argv, const std::optional<std::string>& home_option,
+                const std::string& output, const std::string& screenshots) {
+    QApplication qt(argc, argv);
+    QApplication::setApplicationName("Tavora Music System");
+    QApplication::setDesktopFileName("tavora");
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setWindowIcon(QIcon::fromTheme("audio-x-generic"));
+
+    const auto home = ResolveInstallFolder(home_option);
+    SystemClock clock;
+    ui::QtEventLoop loop;
+    PathMap paths(home);
+    ui::QtDialogs dialogs(paths);
+    SystemLauncher launcher;
+    Random random;
+    const Services services{clock, loop, dialogs, paths, launcher, random};
+
+    EngineStation station(services, output);
+    const audio::Engine& engine = station.engine;
+    StationApp& app = station.app;
+    app.system_info.front_end_lines = {
+        std::string("Qt ") + qVersion(),
+        "Audio output: " +
+            std::string(engine.note().empty()
+                            ? (output == "null" ? "none (null output)" : "sound card")
+                            : "none (null output): " + engine.note()),
+    };
+
+    ui::Binder binder(loop, paths, launcher);
+    ui::Desktop desktop(app, binder);
+    loop.after_event = [&binder] { binder.sync(); };
+    dialogs.before_show = [&binder] { binder.sync(); };
+    dialogs.parent = &desktop.main_window();
+
+    std::cerr << "tavora: starting the station in " << home.string() << "\n";
+    if (!engine.note().empty()) dialogs.MsgBox(engine.note(), Buttons::OKOnly, "Sound Card");
+    bool started = false;
+    loop.run_event([&] { started = app.Sub_Main(); });
+    if (!started && app.ended()) return 0;
+    if (!screenshots.empty()) take_screenshots(app, desktop, loop, screenshots);
+    return QApplication::exec();
+}
+
+}  // namespace tavora

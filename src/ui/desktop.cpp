@@ -1,0 +1,82 @@
+#include "ui/desktop.h"
+
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QProgressBar>
+#include <QStatusBar>
+
+#include "station/station_app.h"
+#include "ui/window_factory.h"
+#include "ui_qx_main.h"
+
+namespace tavora::ui {
+
+Desktop::Desktop(StationApp& app, Binder& binder) : app_(app), binder_(binder) {
+    main_ = std::make_unique<QMainWindow>();
+    Ui::QXMain layout;
+    layout.setupUi(main_.get());
+    frame_ = layout.mdiArea;
+    add_status_panels();
+
+    add_window(app.request);
+    add_window(app.viewer, [this] {
+        // The players' progress bars are the one part of the viewer that
+        // isn't a control.
+        QWidget* viewer = widget_of(app_.viewer);
+        for (int n = 1; n <= 7; ++n) {
+            auto* bar = viewer->findChild<QProgressBar*>(QString("ProgressBar1_%1").arg(n));
+            if (!bar) continue;
+            const auto& state = app_.viewer.ProgressBar1[static_cast<std::size_t>(n)];
+            const int max = static_cast<int>(state.Max);
+            const int value = static_cast<int>(state.Value);
+            if (bar->maximum() != std::max(max, 1)) bar->setMaximum(std::max(max, 1));
+            if (bar->value() != value) bar->setValue(std::clamp(value, 0, std::max(max, 1)));
+        }
+    });
+    add_window(app.playback.on_air);
+    for (int n = 1; n <= 7; ++n)
+        add_window(app.playback.Player_Forms(n));
+    for (Form* form : std::initializer_list<Form*>{
+             &app.loding, &app.about, &app.setup, &app.mail, &app.form2, &app.type_lookup,
+             &app.schedule, &app.tavora_db, &app.browser, &app.system_info}) {
+        add_window(*form);
+    }
+    binder_.bind(app.qx_main, *main_);
+}
+
+Desktop::~Desktop() = default;
+
+QWidget* Desktop::widget_of(const Form& form) {
+    for (const auto& [bound, widget] : widgets_)
+        if (bound == &form) return widget;
+    return nullptr;
+}
+
+void Desktop::add_window(Form& form, std::function<void()> extra) {
+    auto* widget = new QWidget;
+    if (!SetUpLayout(form.name(), *widget)) SetUpPlainLayout(form, *widget);
+    QMdiSubWindow* sub = frame_->addSubWindow(widget);
+    sub->setAttribute(Qt::WA_DeleteOnClose, false);
+    sub->setWindowIcon(main_->windowIcon());
+    sub->adjustSize();
+    sub->hide();
+    widgets_.emplace_back(&form, widget);
+    binder_.bind(form, *widget, std::move(extra));
+}
+
+void Desktop::add_status_panels() {
+    // Designer can't place widgets in a status bar: the eight panels are
+    // made here, named as the controls Panel(1) to Panel(8).
+    QStatusBar* bar = main_->statusBar();
+    for (int n = 1; n <= 8; ++n) {
+        auto* panel = new QLabel(bar);
+        panel->setObjectName(QString("Panel_%1").arg(n));
+        panel->setFrameShape(QFrame::StyledPanel);
+        panel->setMinimumWidth(n <= 4 ? 90 : 40);
+        panel->setAlignment(Qt::AlignCenter);
+        bar->addPermanentWidget(panel, n <= 4 ? 2 : 1);
+    }
+}
+
+}  // namespace tavora::ui

@@ -1,0 +1,214 @@
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <string>
+#include <vector>
+
+#include "core/forms/form.h"
+#include "platform/launcher.h"
+#include "platform/path_map.h"
+#include "test_folder.h"
+#include "ui/binder.h"
+#include "ui/qt_event_loop.h"
+#include "ui_tests.h"
+
+using namespace tavora;
+
+namespace {
+
+// A window with one control of each kind; every handler notes its event.
+class TestForm : public Form {
+  public:
+    TestForm() : Form("TestForm") {
+        Caption = "Test Window";
+        for (int i = 1; i <= 3; ++i)
+            add("RB", i);
+        on_click("Command1", [this](int) { events.push_back("Click Command1"); });
+        on_click("RB", [this](int i) { events.push_back("Click RB " + std::to_string(i)); });
+        on_click("Label1", [this](int) { events.push_back("Click Label1"); });
+        on("Text1", "Change", [this](int) { events.push_back("Change Text1 " + Text1.Text); });
+        on_click("Check1",
+                 [this](int) { events.push_back("Click Check1 " + std::to_string(Check1.Value)); });
+        on_click("List1", [this](int) {
+            events.push_back("Click List1 " + std::to_string(List1.ListIndex) + " " + List1.Text);
+        });
+        on_click("Combo1", [this](int) { events.push_back("Click Combo1 " + Combo1.Text); });
+        on_click("mnu_Go", [this](int) { events.push_back("Click mnu_Go"); });
+    }
+
+    Control& RB(int i) { return *find("RB", i); }
+    Control& Command1 = add("Command1");
+    Control& Label1 = add("Label1");
+    Control& Text1 = add_text("Text1");
+    Control& Check1 = add_check("Check1");
+    Control& List1 = add_list("List1");
+    Control& Combo1 = add_list("Combo1");
+    Control& mnu_Go = add("mnu_Go");
+    Control& mnu_Later = add("mnu_Later");  // nothing answers it yet
+    std::vector<std::string> events;
+};
+
+template <class W>
+W* make(QWidget& parent, const char* name) {
+    auto* widget = new W(&parent);
+    widget->setObjectName(name);
+    return widget;
+}
+
+// The window as a layout would make it, bound to a fresh form.
+struct Bench {
+    Bench() : paths(folder.path()), binder(loop, paths, launcher) {
+        for (const char* name : {"Command1", "RB_1", "RB_2", "RB_3"})
+            make<QPushButton>(window, name)->resize(80, 30);
+        make<QLabel>(window, "Label1")->resize(80, 30);
+        make<QLineEdit>(window, "Text1");
+        make<QCheckBox>(window, "Check1");
+        make<QListWidget>(window, "List1")->resize(120, 120);
+        make<QComboBox>(window, "Combo1");
+        make<QAction>(window, "mnu_Go");
+        make<QAction>(window, "mnu_Later");
+        loop.after_event = [this] { binder.sync(); };
+        binder.bind(form, window);
+    }
+    template <class W>
+    W* widget(const char* name) {
+        return window.findChild<W*>(name);
+    }
+
+    TestFolder folder;
+    ui::QtEventLoop loop;
+    PathMap paths;
+    RecordingLauncher launcher;
+    QWidget window;
+    TestForm form;
+    ui::Binder binder;
+};
+
+}  // namespace
+
+void BinderTest::stateReachesEveryKindOfWidget() {
+    Bench b;
+    TestForm& f = b.form;
+    f.Visible = true;
+    f.Caption = "Now Playing";
+    f.RB(2).Caption = "Hotel California";
+    f.RB(2).ToolTipText = "N E W  S E L E C T I O N";
+    f.RB(2).BackColor = 0x80C0FF;  // blue 0x80, green 0xC0, red 0xFF
+    f.RB(3).Visible = false;
+    f.Command1.Enabled = false;
+    f.Label1.Caption = "A & B";
+    f.Label1.ForeColor = 0x00FF00;
+    f.Text1.Text = "typed by a rule";
+    f.Check1.Caption = "Enabled";
+    f.Check1.Value = 1;
+    f.List1.List = {"one", "two", "three"};
+    f.List1.ListIndex = 1;
+    f.Combo1.List = {"Rock", "Pop"};
+    f.Combo1.ListIndex = 1;
+    f.mnu_Go.Caption = "&Go Now";
+    b.binder.sync();
+
+    QCOMPARE(b.window.windowTitle(), QString("Now Playing"));
+    QVERIFY(b.window.isVisible());
+    auto* rb2 = b.widget<QPushButton>("RB_2");
+    QCOMPARE(rb2->text(), QString("Hotel California"));
+    QCOMPARE(rb2->toolTip(), QString("N E W  S E L E C T I O N"));
+    QCOMPARE(rb2->palette().color(QPalette::Button), QColor(0xFF, 0xC0, 0x80));
+    QVERIFY(b.widget<QPushButton>("RB_3")->isHidden());
+    QVERIFY(!b.widget<QPushButton>("Command1")->isEnabled());
+    auto* label = b.widget<QLabel>("Label1");
+    QCOMPARE(label->text(), QString("A & B"));
+    QCOMPARE(label->palette().color(QPalette::WindowText), QColor(0, 0xFF, 0));
+    QCOMPARE(b.widget<QLineEdit>("Text1")->text(), QString("typed by a rule"));
+    QCOMPARE(b.widget<QCheckBox>("Check1")->checkState(), Qt::Checked);
+    QCOMPARE(b.widget<QCheckBox>("Check1")->text(), QString("Enabled"));
+    auto* list = b.widget<QListWidget>("List1");
+    QCOMPARE(list->count(), 3);
+    QCOMPARE(list->currentRow(), 1);
+    QCOMPARE(b.widget<QComboBox>("Combo1")->currentText(), QString("Pop"));
+    QCOMPARE(b.widget<QAction>("mnu_Go")->text(), QString("&Go Now"));
+    QVERIFY(b.widget<QAction>("mnu_Go")->isEnabled());
+    QVERIFY(!b.widget<QAction>("mnu_Later")->isEnabled());
+
+    // A system colour hands the widget back to the layout's palette.
+    f.RB(2).BackColor = 0x8000000F;
+    f.RB(2).Caption = "Desperado";
+    b.binder.sync();
+    QCOMPARE(rb2->palette().color(QPalette::Button),
+             b.widget<QPushButton>("RB_1")->palette().color(QPalette::Button));
+    QCOMPARE(rb2->text(), QString("Desperado"));
+}
+
+void BinderTest::widgetEventsReachTheHandlers() {
+    Bench b;
+    TestForm& f = b.form;
+    f.Visible = true;
+    f.List1.List = {"one", "two", "three"};
+    f.Combo1.List = {"Rock", "Pop"};
+    b.binder.sync();
+
+    QTest::mouseClick(b.widget<QPushButton>("RB_2"), Qt::LeftButton);
+    QTest::mouseClick(b.widget<QLabel>("Label1"), Qt::LeftButton);
+    QTest::keyClicks(b.widget<QLineEdit>("Text1"), "ab");
+    QTest::mouseClick(b.widget<QCheckBox>("Check1"), Qt::LeftButton);
+    auto* list = b.widget<QListWidget>("List1");
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->item(2)).center());
+    b.widget<QComboBox>("Combo1")->activated(1);
+    b.widget<QAction>("mnu_Go")->trigger();
+
+    const std::vector<std::string> expected = {
+        "Click RB 2",     "Click Label1",        "Change Text1 a",   "Change Text1 ab",
+        "Click Check1 1", "Click List1 2 three", "Click Combo1 Pop", "Click mnu_Go"};
+    QCOMPARE(f.events, expected);
+    QCOMPARE(f.Check1.Value, 1);
+    QCOMPARE(f.List1.ListIndex, 2);
+}
+
+void BinderTest::disabledControlIgnoresClicks() {
+    Bench b;
+    b.form.Visible = true;
+    b.binder.sync();
+    // A rule disables the control; the widget hasn't been synced yet.
+    b.form.RB(1).Enabled = false;
+    QTest::mouseClick(b.widget<QPushButton>("RB_1"), Qt::LeftButton);
+    QVERIFY(b.form.events.empty());
+    // The event's sync greyed the widget too.
+    QVERIFY(!b.widget<QPushButton>("RB_1")->isEnabled());
+    b.widget<QAction>("mnu_Later")->trigger();
+    QVERIFY(b.form.events.empty());
+}
+
+void BinderTest::windowFollowsVisibleAndCloseBox() {
+    Bench b;
+    b.binder.sync();
+    QVERIFY(!b.window.isVisible());
+    b.form.Visible = true;
+    b.form.Label1.Caption = "left by the rules";
+    b.binder.sync();
+    QVERIFY(b.window.isVisible());
+
+    bool keep = true;
+    b.form.QueryUnload = [&keep] { return !keep; };
+    b.window.close();
+    QVERIFY(b.window.isVisible());
+    QVERIFY(b.form.Visible);
+
+    keep = false;
+    b.window.close();
+    QVERIFY(!b.window.isVisible());
+    QVERIFY(!b.form.Visible);
+
+    // Reopened, it shows what the rules left meanwhile.
+    b.form.Label1.Caption = "changed while hidden";
+    b.binder.sync();
+    b.form.Visible = true;
+    b.binder.sync();
+    QVERIFY(b.window.isVisible());
+    QCOMPARE(b.widget<QLabel>("Label1")->text(), QString("changed while hidden"));
+}

@@ -1,0 +1,164 @@
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <thread>
+
+#include "platform/path_map.h"
+#include "test_folder.h"
+#include "ui/qt_dialogs.h"
+#include "ui/qt_event_loop.h"
+#include "ui_tests.h"
+
+using namespace tavora;
+
+namespace {
+
+// Runs `act` on the dialog that the next Ask shows, once it is up.
+template <class D>
+void WhenShown(std::function<void(D&)> act) {
+    QTimer::singleShot(0, [act] {
+        for (int tries = 0; tries < 200; ++tries) {
+            if (auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget())) {
+                act(*dialog);
+                return;
+            }
+            QTest::qWait(10);
+        }
+        QFAIL("no dialog came up");
+    });
+}
+
+}  // namespace
+
+void DialogsTest::messageBoxShowsTheExactWordsAndDefault() {
+    TestFolder folder;
+    PathMap paths(folder.path());
+    ui::QtDialogs dialogs(paths);
+    QString title, text, default_text;
+    QStringList buttons;
+    WhenShown<QMessageBox>([&](QMessageBox& box) {
+        title = box.windowTitle();
+        text = box.text();
+        for (QAbstractButton* button : box.buttons())
+            buttons << button->text().remove('&');
+        default_text = box.defaultButton()->text().remove('&');
+        box.button(QMessageBox::Ok)->click();
+    });
+    const Answer answer = dialogs.MsgBox(
+        "This Will PAUSE the Wave Players! Are You Sure you want to do this?", Buttons::OKCancel,
+        "I Hate It When The Music Stops WARNING", Icon::Exclamation, 2);
+    QCOMPARE(answer, Answer::OK);
+    QCOMPARE(title, QString("I Hate It When The Music Stops WARNING"));
+    QCOMPARE(text, QString("This Will PAUSE the Wave Players! Are You Sure you want to do this?"));
+    QCOMPARE(buttons.size(), 2);
+    QVERIFY(buttons.contains("OK"));
+    QVERIFY(buttons.contains("Cancel"));
+    QCOMPARE(default_text, QString("Cancel"));
+}
+
+void DialogsTest::closeBoxAnswersCancelOrTheDefault() {
+    TestFolder folder;
+    PathMap paths(folder.path());
+    ui::QtDialogs dialogs(paths);
+    WhenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
+    QCOMPARE(dialogs.MsgBox("Save?", Buttons::YesNoCancel, "Question", Icon::Question, 1),
+             Answer::Cancel);
+    // Without a Cancel, the close box is the default button.
+    WhenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
+    QCOMPARE(dialogs.MsgBox("Exit now?", Buttons::YesNo, "", Icon::None, 2), Answer::No);
+    WhenShown<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    QCOMPARE(dialogs.MsgBox("Retry?", Buttons::AbortRetryIgnore, "", Icon::None, 2), Answer::Retry);
+    // No title: the station's name.
+    QString title;
+    WhenShown<QMessageBox>([&title](QMessageBox& box) {
+        title = box.windowTitle();
+        box.close();
+    });
+    dialogs.MsgBox("Done");
+    QCOMPARE(title, QString("Tavora Music System"));
+}
+
+void DialogsTest::inputBoxGivesTextOrEmpty() {
+    TestFolder folder;
+    PathMap paths(folder.path());
+    ui::QtDialogs dialogs(paths);
+    QString shown_default, label;
+    WhenShown<QInputDialog>([&](QInputDialog& box) {
+        shown_default = box.textValue();
+        label = box.labelText();
+        box.setTextValue("c:\\tavora\\other.mdb");
+        box.accept();
+    });
+    const std::string typed = dialogs.InputBox(
+        "Enter the EXACT path and file name of your database Ex(c:\\tavora\\qx1.mdb): ",
+        "TQXMS DATABASE MISSING!!!", "c:\\tavora\\qx1.mdb");
+    QCOMPARE(typed, std::string("c:\\tavora\\other.mdb"));
+    QCOMPARE(shown_default, QString("c:\\tavora\\qx1.mdb"));
+    QVERIFY(label.startsWith("Enter the EXACT path"));
+
+    WhenShown<QInputDialog>([](QInputDialog& box) { box.close(); });
+    QCOMPARE(dialogs.InputBox("Name?", "", "kept"), std::string());
+}
+
+void DialogsTest::fileDialogHandsBackTheStoredForm() {
+    TestFolder folder;
+    const auto home = folder.path() / "tavora";
+    folder.Write("tavora/qxl1124.log", "log");
+    PathMap paths(home);
+    ui::QtDialogs dialogs(paths);
+    QString shown_folder, filters;
+    WhenShown<QFileDialog>([&](QFileDialog& box) {
+        shown_folder = box.directory().absolutePath();
+        filters = box.nameFilters().join(";;");
+        box.selectFile(QString::fromStdString((home / "qxl1124.log").string()));
+        QMetaObject::invokeMethod(&box, "accept");
+    });
+    const std::string chosen =
+        dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora");
+    QCOMPARE(chosen, std::string("c:\\tavora\\qxl1124.log"));
+    QCOMPARE(shown_folder, QString::fromStdString(home.string()));
+    QCOMPARE(filters, QString("TQX Log Files (*.log)"));
+
+    WhenShown<QFileDialog>([](QFileDialog& box) { box.reject(); });
+    QCOMPARE(dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora"),
+             std::string());
+}
+
+void DialogsTest::timerWaitsWhileADialogIsOpen() {
+    TestFolder folder;
+    PathMap paths(folder.path());
+    ui::QtDialogs dialogs(paths);
+    ui::QtEventLoop loop;
+    std::vector<std::string> order;
+    auto timer = loop.CreateTimer([&] { order.push_back("tick"); });
+    timer->SetInterval(20);
+
+    // The handler asks a question; the timer falls due meanwhile, and fires
+    // only once the handler has ended.
+    WhenShown<QMessageBox>([&](QMessageBox& box) {
+        QTest::qWait(120);
+        order.push_back("answered");
+        box.button(QMessageBox::Ok)->click();
+    });
+    timer->SetEnabled(true);
+    loop.run_event([&] {
+        dialogs.MsgBox("Wait");
+        order.push_back("handler done");
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(order.size() >= 3 && order.back() == "tick", 2000);
+    QCOMPARE(order[0], std::string("answered"));
+    QCOMPARE(order[1], std::string("handler done"));
+
+    // Work posted from another thread runs on this one.
+    std::thread::id ran_on;
+    std::thread poster([&] { loop.post([&] { ran_on = std::this_thread::get_id(); }); });
+    poster.join();
+    QTRY_VERIFY_WITH_TIMEOUT(ran_on == std::this_thread::get_id(), 2000);
+}
