@@ -77,6 +77,14 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
     playback.station_port.on_air = [this](int slot) {
         recorder.Air_Title.set(station.Slot_Title[slot]);
     };
+    // A saved recording enters the library by the add step the wizard uses.
+    recorder.Asf_Add = [this](const std::string& file) {
+        if (!tavora_db.Loaded) tavora_db.Form_Load();
+        tavora_db.Wiz_On = 1;
+        tavora_db.Wiz_File = file;
+        tavora_db.Asf_Add();
+        tavora_db.Wiz_On = 0;
+    };
     qx_main.on_click("mnu_Options_AutoRewind", [this](int) {
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
