@@ -186,12 +186,17 @@ void Selection::fallback() {
     Data3.DatabaseName = active_database();
     Data3.RecordSource = "recordings1";
     Data3.Refresh();
-    if (fallback_row_from(1) == 0) {
+    if (fallback_row_from(1, false) == 0) {
         s_.Sel_Starved = 1;
         trace("fallback: no row of the library can be taken; the slot stays empty");
         report(PickReport::Way::Starved, 0);
         return;
     }
+    // Beyond the rules: a clip shorter than a set change leaves the air
+    // silent after the bridge, so the seventh player draws again for a song
+    // while the library has one it could take.
+    const bool songs_only =
+        s_.Cue_Slot == 14 && bridge_songs_only && fallback_row_from(1, true) != 0;
     Recordset& rows = Data3.Recordset();
     const long draws = std::min(kFallbackDraws, rows.RecordCount());
     for (long attempt = 1; s_.Sel_State == 4; ++attempt) {
@@ -206,9 +211,9 @@ void Selection::fallback() {
             Data3.Refresh();
             rows.Move(s_.Scan_Pos);
         } else {
-            s_.Scan_Pos = static_cast<int>(fallback_row_from(s_.Scan_Pos));
+            s_.Scan_Pos = static_cast<int>(fallback_row_from(s_.Scan_Pos, songs_only));
         }
-        if (fallback_may_take(rows)) {
+        if (fallback_may_take(rows) && (!songs_only || seventh_may_take(rows))) {
             if (hooks.trace) {
                 trace("fallback: row " + field(rows, rec::RecID).text() +
                       (attempt <= draws ? " at random" : " after the last draw"));
@@ -220,10 +225,11 @@ void Selection::fallback() {
     s_.Sel_State = 4;
 }
 
-// The position of the first row the fallback may take from `start` on, round
+// The position of the first row the fallback may take (a song the seventh
+// player may take, when `songs_only`) from `start` on, round
 // past the last row to row 1, with the row set left on it; 0 when there is
 // none. Like the draws, it never reaches row 0.
-long Selection::fallback_row_from(long start) {
+long Selection::fallback_row_from(long start, bool songs_only) {
     Recordset& rows = Data3.Recordset();
     const long last = rows.RecordCount() - 1;
     const long from = std::max(start, 1L);
@@ -231,7 +237,7 @@ long Selection::fallback_row_from(long start) {
         const long position = (from - 1 + i) % last + 1;
         rows.MoveFirst();
         rows.Move(position);
-        if (fallback_may_take(rows)) return position;
+        if (fallback_may_take(rows) && (!songs_only || seventh_may_take(rows))) return position;
     }
     return 0;
 }

@@ -42,9 +42,7 @@ void Selection::ApplyRules() {
     } else if (s_.Cue_Slot == 12) {
         trace_row("slot 12 takes no special record");
     } else if (s_.Cue_Slot == 14) {
-        // The seventh player takes no short clip and no record with a fade.
-        if (field(rows, rec::Length) > Value::date(TimeSerial(0, 0, 30)) &&
-            field(rows, rec::FadeIn) == kFalse && field(rows, rec::FadeOut) == kFalse) {
+        if (seventh_may_take(rows)) {
             Filter_It();
         } else {
             trace_row("seventh player: 30 seconds or less, or faded");
@@ -52,6 +50,12 @@ void Selection::ApplyRules() {
     } else {
         Filter_It();
     }
+}
+
+// The seventh player takes no short clip and no record with a fade.
+bool Selection::seventh_may_take(Recordset& rows) {
+    return field(rows, rec::Length) > Value::date(TimeSerial(0, 0, 30)) &&
+           field(rows, rec::FadeIn) == kFalse && field(rows, rec::FadeOut) == kFalse;
 }
 
 void Selection::Filter_HotCheck() {

@@ -46,6 +46,9 @@ class Selection {
     DataControl Data3;
     DataControl DataPL;  // the Playlist table, for playlist markers
     SelectionHooks hooks;
+    // Beyond the rules, off by default here: the seventh player's fallback
+    // takes only what its own rule would take, while the library has it.
+    bool bridge_songs_only = false;
 
     // The player side's entry: fills Cue_Slot, unless the pick was a
     // playlist marker (PL_Marker) or nothing could be taken (Sel_Starved).
@@ -55,6 +58,7 @@ class Selection {
 
     // The rules, on the current row of Data3.
     void ApplyRules();
+    bool seventh_may_take(Recordset& rows);
     void Filter_It();
     void Filter_HotCheck();
     void Block_Party_Scan();
@@ -71,7 +75,7 @@ class Selection {
     void sweep();
     void step_state();
     void fallback();
-    long fallback_row_from(long start);
+    long fallback_row_from(long start, bool songs_only);
     void cd_fallback();
     // Commits the row the fallback stands on, counted in panel 7 and told
     // to the schedule check through Fall_Used.

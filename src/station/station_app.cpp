@@ -1,9 +1,11 @@
 #include "station/station_app.h"
 
 #include <initializer_list>
+#include <vector>
 
 #include "core/log/play_log.h"
 #include "core/rotation/rotate_db.h"
+#include "core/settings/extensions.h"
 #include "core/settings/session_file.h"
 #include "internet/wiring.h"
 #include "platform/clock.h"
@@ -125,6 +127,7 @@ bool StationApp::Sub_Main() {
     }
     Read_BP(station, session_file);
     station.Ply7_Mix = station.Ply7_MixOut;
+    read_extension_settings();
 
     Recordset& row = setup.datPrimaryRS.Recordset();
     row.MoveFirst();
@@ -220,6 +223,17 @@ bool StationApp::ask_for_library() {
         }
     }
     return true;
+}
+
+// Written out the first time, so that the operator finds every switch.
+void StationApp::read_extension_settings() {
+    const auto file = home() / "tavora.ini";
+    std::vector<std::string> complaints;
+    extensions = read_extensions(file, &complaints);
+    for (const auto& complaint : complaints)
+        services_.dialogs.MsgBox(complaint, Buttons::OKOnly, "Tavora Settings");
+    if (!files::Exists(file)) write_extensions(extensions, file);
+    selection.bridge_songs_only = extensions.Bridge_Songs_Only;
 }
 
 void StationApp::read_setup_row() {

@@ -9,6 +9,7 @@
 #include "broadcast/enc_rep.h"
 #include "catalogue/frm_tavora_db.h"
 #include "core/services.h"
+#include "core/settings/extensions.h"
 #include "core/settings/frm_setup.h"
 #include "core/station.h"
 #include "core/windows/frm_loding.h"
@@ -65,6 +66,7 @@ class StationApp {
 
   public:
     Station station;
+    Extensions extensions;  // read from tavora.ini at start-up
     LibraryPool pool;
 
     QXMain qx_main{station};
@@ -89,6 +91,7 @@ class StationApp {
     std::filesystem::path native(const std::string& dos) const;
     bool ask_for_library();
     void read_setup_row();
+    void read_extension_settings();
     void start_internet_interface();
 
     std::optional<InstanceLock> lock_;

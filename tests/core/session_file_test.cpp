@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/settings/extensions.h"
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -87,6 +89,28 @@ TEST(SessionFile, DamageFromLineThreeEndsTheReadingKeepingWhatWasRead) {
     EXPECT_FALSE(station.CD_On);        // line 7 failed
     EXPECT_EQ(station.Ply7_MixOut, 7);  // and nothing after it was read
     EXPECT_EQ(station.Antiskip, 0);
+}
+
+// tavora.ini: written whole, read back; a value it can't read keeps the
+// default and is named, and the other lines still count.
+TEST(ExtensionSettings, RoundTripAndABadValueKeepsTheDefault) {
+    TestFolder folder;
+    const auto file = folder.path() / "tavora.ini";
+    std::vector<std::string> complaints;
+    EXPECT_TRUE(read_extensions(file, &complaints).Bridge_Songs_Only);
+    EXPECT_TRUE(complaints.empty()) << "a missing file is no complaint";
+
+    Extensions off;
+    off.Bridge_Songs_Only = false;
+    ASSERT_TRUE(write_extensions(off, file));
+    EXPECT_NE(text_of(file).find("Seventh Player Songs Only=0\r\n"), std::string::npos);
+    EXPECT_FALSE(read_extensions(file).Bridge_Songs_Only);
+
+    std::ofstream(file, std::ios::binary) << "Unknown=5\nSeventh Player Songs Only = maybe\n";
+    EXPECT_TRUE(read_extensions(file, &complaints).Bridge_Songs_Only);
+    ASSERT_EQ(complaints.size(), 1u);
+    EXPECT_EQ(complaints[0],
+              "tavora.ini: \"maybe\" is no value for Seventh Player Songs Only; it stays 1");
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <vector>
+
 #include "runtime/convert.h"
 #include "runtime/random.h"
 #include "selection/query_screen.h"
@@ -154,6 +157,41 @@ TEST_F(DriverTest, FallbackNeverTakesACdTrackAndFindsALoneRowInBoundedDraws) {
     while (before.next() != following && drawn <= 2000)
         ++drawn;
     EXPECT_LE(drawn, 2 * 300 + 10) << "two draws a try, at most 300 tries";
+}
+
+// Every row out of the schedule, so that each pick is the fallback's: the
+// seventh player's, left to the rules, lands on short clips too; kept to
+// songs it never does while there is one, and takes a clip when there isn't.
+TEST_F(DriverTest, SeventhPlayerFallbackKeepsToSongsWhileTheLibraryHasOne) {
+    station.Ply7_On = 1;
+    const Fields clip{{"Schedule Select", Value(0)}, {"Length", Value::date(TimeSerial(0, 0, 7))}};
+    std::vector<long> clips;
+    for (int i = 0; i < 6; ++i)
+        clips.push_back(add(clip));
+    const long song = add({{"Schedule Select", Value(0)}});
+    const long faded = add({{"Schedule Select", Value(0)}, {"FadeOut", Value::boolean(true)}});
+    auto fallback_picks = [&](int count) {
+        std::vector<long> got;
+        for (int i = 0; i < count; ++i) {
+            got.push_back(pick(14));
+            later();
+        }
+        return got;
+    };
+    const std::vector<long> by_rules = fallback_picks(12);
+    EXPECT_TRUE(std::any_of(by_rules.begin(), by_rules.end(), [&](long id) {
+        return std::find(clips.begin(), clips.end(), id) != clips.end();
+    }));
+
+    selection.bridge_songs_only = true;
+    for (const long got : fallback_picks(12))
+        EXPECT_EQ(got, song) << "not the faded row " << faded << " nor a clip";
+    EXPECT_EQ(picks.back().way, PickReport::Way::Fallback);
+
+    set(song, "Length", Value::date(TimeSerial(0, 0, 20)));
+    EXPECT_NE(pick(14), 0);
+    EXPECT_EQ(station.Sel_Starved, 0);
+    EXPECT_EQ(picks.back().way, PickReport::Way::Fallback);
 }
 
 TEST_F(DriverTest, DueHotListPlaysAChartedSongOnceAndRewindsTheCountdown) {

@@ -1,0 +1,75 @@
+#include "core/settings/extensions.h"
+
+#include <fstream>
+#include <functional>
+#include <optional>
+
+#include "runtime/strings.h"
+
+namespace tavora {
+
+namespace {
+
+std::optional<bool> switch_in(const std::string& text) {
+    if (text == "1" || text == "on" || text == "On") return true;
+    if (text == "0" || text == "off" || text == "Off") return false;
+    return {};
+}
+
+// One line of the file: its name, how it reads, how it writes.
+struct Entry {
+    const char* name;
+    std::function<bool(Extensions&, const std::string&)> read;
+    std::function<std::string(const Extensions&)> write;
+};
+
+Entry flag(const char* name, bool Extensions::*member) {
+    return {name,
+            [member](Extensions& e, const std::string& text) {
+                const auto on = switch_in(text);
+                if (on) e.*member = *on;
+                return on.has_value();
+            },
+            [member](const Extensions& e) { return std::string(e.*member ? "1" : "0"); }};
+}
+
+const std::vector<Entry>& entries() {
+    static const std::vector<Entry> all{
+        flag("Seventh Player Songs Only", &Extensions::Bridge_Songs_Only),
+    };
+    return all;
+}
+
+}  // namespace
+
+Extensions read_extensions(const std::filesystem::path& file,
+                           std::vector<std::string>* complaints) {
+    Extensions settings;
+    std::ifstream in(file);
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        const auto equals = line.find('=');
+        if (line.empty() || line[0] == '#' || equals == std::string::npos) continue;
+        const std::string name = Trim(line.substr(0, equals));
+        const std::string value = Trim(line.substr(equals + 1));
+        for (const Entry& entry : entries()) {
+            if (name != entry.name || entry.read(settings, value)) continue;
+            if (complaints) {
+                complaints->push_back(file.filename().string() + ": \"" + value +
+                                      "\" is no value for " + name + "; it stays " +
+                                      entry.write(settings));
+            }
+        }
+    }
+    return settings;
+}
+
+bool write_extensions(const Extensions& settings, const std::filesystem::path& file) {
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out << "# What the station does beyond its rules; 0 turns a switch off.\r\n";
+    for (const Entry& entry : entries())
+        out << entry.name << '=' << entry.write(settings) << "\r\n";
+    return static_cast<bool>(out.flush());
+}
+
+}  // namespace tavora
