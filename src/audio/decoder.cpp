@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <mutex>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -11,6 +10,7 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
+#include "audio/ffmpeg_once.h"
 #include "audio/format.h"
 
 namespace tavora::audio {
@@ -38,16 +38,6 @@ std::string describe(int code) {
     char text[AV_ERROR_MAX_STRING_SIZE] = {};
     av_strerror(code, text, sizeof text);
     return text;
-}
-
-// FFmpeg's own log would fill the station's terminal with every damaged frame; the
-// engine reports what matters through ErrorDescription instead.
-void set_up_ffmpeg_once() {
-    static std::once_flag once;
-    std::call_once(once, [] {
-        av_log_set_level(AV_LOG_QUIET);
-        avformat_network_init();
-    });
 }
 
 int interrupted(void* opaque) {
@@ -239,7 +229,7 @@ bool Decoder::open_input(const std::string& url) {
 }
 
 OpenResult Decoder::open(const std::string& url, const std::atomic<bool>* abort) {
-    set_up_ffmpeg_once();
+    quiet_ffmpeg_once();
     close();
     url_ = url;
     abort_ = abort;
