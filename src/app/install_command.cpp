@@ -24,15 +24,29 @@ int run_install(const std::optional<std::string>& home_option, std::ostream& out
     return 0;
 }
 
-int make_demo(const std::optional<std::string>& home_option, std::ostream& out, std::ostream& err) {
+// The Run command plays a library of more than 50 rows only.
+constexpr std::size_t kRowsToRun = 51;
+
+int make_demo(const std::optional<std::string>& home_option, std::ostream& out, std::ostream& err,
+              std::unique_ptr<DemoRest>* rest) {
     const auto home = ResolveInstallFolder(home_option);
     DemoOptions options;
-    options.say = [&out](const std::string& line) { out << line << std::endl; };
-    const DemoReport report = make_demo_library(home, SystemClock().Now(), options);
+    // A few songs sound at once; the others are made while they play, and
+    // say so on the error stream, between the station's event lines.
+    options.first = kRowsToRun;
+    options.say = [&out, &err](const std::string& line) {
+        if (line.rfind("  ", 0) == 0) {
+            err << ("tavora:" + line.substr(1) + "\n") << std::flush;
+        } else {
+            out << line << std::endl;
+        }
+    };
+    DemoReport report = make_demo_library(home, SystemClock().Now(), options);
     if (!report.error.empty()) {
         err << "tavora: " << report.error << "\n";
         return 1;
     }
+    if (rest) *rest = std::move(report.rest);
     return 0;
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
+
+#include "station/demo_library.h"
 
 namespace tavora {
 
@@ -10,7 +13,9 @@ namespace tavora {
 int run_install(const std::optional<std::string>& home, std::ostream& out, std::ostream& err);
 
 // `tavora --demo`: install, a demo library when the library is empty; the
-// caller then runs the station.
-int make_demo(const std::optional<std::string>& home, std::ostream& out, std::ostream& err);
+// caller then runs the station, holding `rest` (the clips still being made)
+// for as long as it runs.
+int make_demo(const std::optional<std::string>& home, std::ostream& out, std::ostream& err,
+              std::unique_ptr<DemoRest>* rest);
 
 }  // namespace tavora

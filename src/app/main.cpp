@@ -29,10 +29,12 @@ int main(int argc, char** argv) {
             return tavora::run_headless(line.home, line.output, line.record);
         case tavora::CommandLine::Action::Install:
             return tavora::run_install(line.home, std::cout, std::cerr);
-        case tavora::CommandLine::Action::Demo:
-            if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr))
+        case tavora::CommandLine::Action::Demo: {
+            std::unique_ptr<tavora::DemoRest> rest;
+            if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr, &rest))
                 return failed;
             return tavora::run_headless(line.home, line.output);
+        }
         case tavora::CommandLine::Action::Simulate:
             return tavora::run_simulate(line, std::cout, std::cerr);
         case tavora::CommandLine::Action::Run:

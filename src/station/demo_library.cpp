@@ -1,6 +1,12 @@
 #include "station/demo_library.h"
 
+#include <sys/resource.h>
+
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <fstream>
+#include <map>
 #include <random>
 #include <vector>
 
@@ -64,33 +70,49 @@ std::vector<DemoRow> plan_rows(const std::filesystem::path& music, std::size_t s
                     std::round(between(0, 8)),
                     6,
                     110.0 * std::pow(2.0, std::floor(between(0, 12)) / 12.0),
-                    between(1.6, 2.4)};
+                    between(1.6, 2.4),
+                    {}};
         if (i < 10) {  // the Top 40's first ten
             row.chart_field = 41;
             row.chart_position = static_cast<int>(i) + 1;
         }
         rows.push_back(row);
     }
-    auto special = [&](std::string title, std::string source, double seconds) {
+    auto special = [&](std::string title, std::string source, double seconds, std::string words) {
         DemoRow row;
         row.title = std::move(title);
         row.artist = "Tavora";
         row.genre = "POP";
         row.source = std::move(source);
-        row.clip = {music / (row.title + " - " + row.artist + ".mp3"), seconds, 0, 1, 330.0, 4.0};
+        row.clip = {music / (row.title + " - " + row.artist + ".mp3"),
+                    seconds,
+                    0,
+                    1,
+                    110.0 * std::pow(2.0, static_cast<double>(rows.size() % 12) / 12.0),
+                    2.0,
+                    std::move(words)};
         return row;
     };
     for (int position = 1; position <= 10; ++position) {
-        DemoRow lead = special("Top 40 Number " + std::to_string(position), "Top40", 7);
+        DemoRow lead = special("Top 40 Number " + std::to_string(position), "Top40", 7,
+                               "At number " + std::to_string(position) + " on the Top 40");
         lead.chart_field = 41;
         lead.chart_position = position;
         lead.lead_in = true;
         rows.push_back(lead);
     }
-    for (int i = 1; i <= 6; ++i) {
-        rows.push_back(special("Station Snipit " + std::to_string(i), "Snipit", 8 + i));
+    constexpr std::array kSnipits = {
+        "You are listening to Tavora", "Tavora. The music never stops",
+        "More music, all day long",    "Your requests, right here on Tavora",
+        "Stay tuned, more hits ahead", "Tavora. Your station, your songs"};
+    for (std::size_t i = 0; i < kSnipits.size(); ++i) {
+        rows.push_back(special("Station Snipit " + std::to_string(i + 1), "Snipit",
+                               9 + static_cast<double>(i), kSnipits[i]));
     }
-    DemoRow promo = special("Top Of The Hour Promo", "Timed Promo", 20);
+    DemoRow promo = special("Top Of The Hour Promo", "Timed Promo", 20,
+                            "It is the top of the hour. This is Tavora, playing the best "
+                            "music all day and all night");
+    promo.clip.file.replace_extension(".wav");  // the one format the songs leave out
     promo.min_between_hours = 1;
     promo.max_day = 24;
     rows.push_back(promo);
@@ -199,6 +221,98 @@ std::string switch_on_demo_settings(const std::filesystem::path& home) {
 
 }  // namespace
 
+struct DemoRest::Work {
+    std::filesystem::path home;
+    double now = 0;
+    std::vector<DemoRow> rows;
+    std::function<void(const std::string&)> say;
+};
+
+namespace {
+
+// The time a clip takes to make, relative: its length by its encoder's
+// cost per second, as the demo media benchmark measures them.
+double making_cost(const DemoRow& row) {
+    static const std::map<std::string, double> per_second{
+        {".wav", 0.5}, {".flac", 1}, {".mp3", 2}, {".opus", 3.4}, {".ogg", 4.2}, {".m4a", 8}};
+    const auto cost = per_second.find(row.clip.file.extension().string());
+    return row.clip.seconds * (cost == per_second.end() ? 8 : cost->second);
+}
+
+// Left in the install folder until every clip of the demo is made.
+std::filesystem::path unfinished_mark(const std::filesystem::path& home) {
+    return home / "music" / "demo-unfinished.txt";
+}
+
+bool in_library(Library& library, const std::string& long_title) {
+    Statement row =
+        library.connection().prepare("SELECT 1 FROM Recordings1 WHERE [Long title] = ?1");
+    row.bind(1, Value(long_title));
+    return row.step() == Statement::Step::Row;
+}
+
+std::vector<DemoClip> clips_of(const std::vector<DemoRow>& rows) {
+    std::vector<DemoClip> clips;
+    for (const auto& row : rows)
+        clips.push_back(row.clip);
+    return clips;
+}
+
+// Makes the clips of `rows` and adds each row once its file is whole.
+std::string make_and_add(const DemoRest::Work& work, const std::atomic<bool>* stop,
+                         const std::function<void(std::size_t made, std::size_t total)>& progress) {
+    const auto opened = Library::open(work.home / "qx1.mdb", FileKind::Library);
+    if (!opened.library) return opened.error;
+    Recordset table = OpenRecordset(opened.library, "Recordings1");
+    const PathMap paths(work.home);
+    std::string failure;
+    // A clip made by an earlier run that ended before its row was written.
+    for (const auto& row : work.rows) {
+        std::error_code error;
+        if (std::filesystem::exists(row.clip.file, error) && !add_row(table, row, paths, work.now))
+            failure = "a demo row could not be written: " + table.error();
+    }
+    const std::string made = make_demo_media(
+        clips_of(work.rows),
+        [&](const DemoClip& clip, const std::string& error, std::size_t done, std::size_t total) {
+            if (!error.empty()) return;
+            for (const auto& row : work.rows) {
+                if (row.clip.file != clip.file) continue;
+                if (!add_row(table, row, paths, work.now) && failure.empty())
+                    failure = "a demo row could not be written: " + table.error();
+            }
+            if (progress) progress(done, total);
+        },
+        stop);
+    return failure.empty() ? made : failure;
+}
+
+}  // namespace
+
+DemoRest::DemoRest(std::unique_ptr<Work> work) : work_(std::move(work)) {
+    thread_ = std::thread([this] {
+        setpriority(PRIO_PROCESS, 0, 19);  // this thread only: the air comes first
+        error_ = make_and_add(*work_, &stop_, [this](std::size_t done, std::size_t total) {
+            if (work_->say && (done % 10 == 0 || done == total)) {
+                work_->say("  " + std::to_string(done) + " of " + std::to_string(total) +
+                           " more demo clips made");
+            }
+        });
+        std::error_code ignored;
+        if (error_.empty()) std::filesystem::remove(unfinished_mark(work_->home), ignored);
+    });
+}
+
+DemoRest::~DemoRest() {
+    stop_ = true;
+    if (thread_.joinable()) thread_.join();
+}
+
+std::string DemoRest::wait() {
+    if (thread_.joinable()) thread_.join();
+    return error_;
+}
+
 DemoReport make_demo_library(const std::filesystem::path& home, double now,
                              const DemoOptions& options) {
     DemoReport report;
@@ -210,43 +324,66 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
         report.error = install.error;
         return report;
     }
-    const auto opened = Library::open(home / "qx1.mdb", FileKind::Library);
-    if (!opened.library) {
-        report.error =
-            "the library " + (home / "qx1.mdb").string() + " can't be opened: " + opened.error;
-        return report;
-    }
-    Recordset table = OpenRecordset(opened.library, "Recordings1");
-    if (table.RecordCount() > 0) return report;
-
-    const std::vector<DemoRow> rows = plan_rows(home / "music", options.songs);
-    std::vector<DemoClip> clips;
-    for (const auto& row : rows)
-        clips.push_back(row.clip);
-    say("Making " + std::to_string(clips.size()) + " demo clips in " + (home / "music").string());
-    report.error = make_demo_media(clips, [&say](std::size_t done, std::size_t total) {
-        if (done % 10 == 0 || done == total) {
-            say("  " + std::to_string(done) + " of " + std::to_string(total) + " made");
-        }
-    });
-    if (!report.error.empty()) return report;
-
     const PathMap paths(home);
+    bool resuming = false;
+    std::vector<DemoRow> planned;
     {
-        Transaction batch = opened.library->transaction();
-        for (const auto& row : rows) {
-            if (!add_row(table, row, paths, now)) {
-                report.error = "a demo row could not be written: " + table.error();
-                return report;
-            }
+        const auto opened = Library::open(home / "qx1.mdb", FileKind::Library);
+        if (!opened.library) {
+            report.error =
+                "the library " + (home / "qx1.mdb").string() + " can't be opened: " + opened.error;
+            return report;
         }
-        batch.commit();
+        resuming = OpenRecordset(opened.library, "Recordings1").RecordCount() > 0;
+        if (resuming && !std::filesystem::exists(unfinished_mark(home))) return report;
+        for (auto& row : plan_rows(home / "music", options.songs)) {
+            if (!resuming || !in_library(*opened.library, paths.ToDos(row.clip.file)))
+                planned.push_back(std::move(row));
+        }
     }
-    report.error = switch_on_demo_settings(home);
-    if (report.error.empty()) keep_a_play_log(home);
-    report.made = report.error.empty();
-    report.rows = rows.size();
-    say("The demo library holds " + std::to_string(rows.size()) + " recordings");
+    std::error_code made_folder;
+    std::filesystem::create_directories(home / "music", made_folder);
+    std::ofstream(unfinished_mark(home)) << "The demo's clips are still being made.\n";
+
+    // The spots and the cheapest songs sound at once, as many as the Run
+    // command wants; the rest follow. A second start goes on with what the
+    // first left to make.
+    auto first = std::make_unique<DemoRest::Work>(DemoRest::Work{home, now, {}, options.say});
+    auto rest = std::make_unique<DemoRest::Work>(DemoRest::Work{home, now, {}, options.say});
+    const auto songs = std::stable_partition(
+        planned.begin(), planned.end(), [](const DemoRow& row) { return !row.source.empty(); });
+    std::stable_sort(songs, planned.end(), [](const DemoRow& a, const DemoRow& b) {
+        return making_cost(a) < making_cost(b);
+    });
+    for (auto& row : planned) {
+        const bool early = options.first == 0 || (!resuming && first->rows.size() < options.first);
+        (early ? first : rest)->rows.push_back(std::move(row));
+    }
+    if (!resuming) {
+        say("Making " + std::to_string(first->rows.size()) + " demo clips in " +
+            (home / "music").string());
+        report.error = make_and_add(*first, nullptr, [&say](std::size_t done, std::size_t total) {
+            if (done % 10 == 0 || done == total) {
+                say("  " + std::to_string(done) + " of " + std::to_string(total) + " made");
+            }
+        });
+        if (!report.error.empty()) return report;
+        report.error = switch_on_demo_settings(home);
+        if (report.error.empty()) keep_a_play_log(home);
+        report.made = report.error.empty();
+        report.rows = first->rows.size();
+    }
+    const std::string more = std::to_string(rest->rows.size()) + " more are made while it plays";
+    if (resuming) {
+        say("The demo is not finished: " + more);
+    } else if (report.made) {
+        say("The demo library holds " + std::to_string(report.rows) + " recordings" +
+            (rest->rows.empty() ? std::string() : "; " + more));
+    }
+    std::error_code ignored;
+    if (rest->rows.empty()) std::filesystem::remove(unfinished_mark(home), ignored);
+    if ((resuming || report.made) && !rest->rows.empty())
+        report.rest = std::make_unique<DemoRest>(std::move(rest));
     return report;
 }
 

@@ -1,11 +1,19 @@
 #include "station/demo_media.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
-#include <cstdio>
-#include <map>
+#include <algorithm>
+#include <mutex>
 #include <system_error>
+#include <thread>
+
+#include "audio/decoder.h"
+#include "audio/encoder.h"
+#include "audio/format.h"
+#include "station/demo_synth.h"
 
 extern char** environ;
 
@@ -13,118 +21,118 @@ namespace tavora {
 
 namespace {
 
-std::string number(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.3f", value);
-    return text;
-}
-
-// Root, third and fifth, the harmony moving to the fourth every eight
-// seconds, pulsing on the beat, rising through the intro.
-std::string music_expression(const DemoClip& clip) {
-    const std::string f = number(clip.root_hz);
-    const std::string chord = "if(lt(mod(t,16),8),1,1.335)";
-    const std::string tone = "(0.16*sin(2*PI*" + f + "*" + chord + "*t)+0.11*sin(2*PI*" + f +
-                             "*1.26*" + chord + "*t)+0.09*sin(2*PI*" + f + "*1.5*" + chord + "*t))";
-    const std::string pulse =
-        "(0.55+0.45*pow(abs(sin(PI*" + number(clip.beats_per_second) + "*t)),4))";
-    const std::string rise =
-        clip.intro > 0 ? "min(1,0.15+0.85*t/" + number(clip.intro) + ")" : std::string("1");
-    return tone + "*" + pulse + "*" + rise;
-}
-
-// The encoder and container for each extension the demo uses.
-const std::map<std::string, std::vector<std::string>>& codecs() {
-    static const std::map<std::string, std::vector<std::string>> by_extension{
-        {".mp3", {"-c:a", "libmp3lame", "-b:a", "160k", "-f", "mp3"}},
-        {".ogg", {"-c:a", "libvorbis", "-q:a", "4", "-f", "ogg"}},
-        {".flac", {"-c:a", "flac", "-f", "flac"}},
-        {".m4a", {"-c:a", "aac", "-b:a", "160k", "-f", "mp4"}},
-        {".opus", {"-c:a", "libopus", "-b:a", "128k", "-f", "opus"}},
-        {".wav", {"-c:a", "pcm_s16le", "-f", "wav"}},
-    };
-    return by_extension;
-}
-
-std::vector<std::string> ffmpeg_arguments(const DemoClip& clip, const std::filesystem::path& out) {
-    // Computed once at a modest rate and spread over both channels: the
-    // expression costs far more than the encoding.
-    const std::string source =
-        "aevalsrc='" + music_expression(clip) + "':s=22050:d=" + number(clip.seconds);
-    std::vector<std::string> args{"ffmpeg", "-nostdin", "-loglevel", "error", "-y",
-                                  "-f",     "lavfi",    "-i",        source};
-    if (clip.outro > 0) {
-        args.insert(args.end(), {"-af", "afade=t=out:st=" + number(clip.seconds - clip.outro) +
-                                            ":d=" + number(clip.outro)});
-    }
-    args.insert(args.end(), {"-ac", "2"});
-    const auto& codec = codecs().at(clip.file.extension().string());
-    args.insert(args.end(), codec.begin(), codec.end());
-    args.push_back(out.string());
-    return args;
-}
-
-pid_t spawn(const std::vector<std::string>& args) {
-    std::vector<char*> argv;
-    for (const auto& arg : args)
-        argv.push_back(const_cast<char*>(arg.c_str()));
-    argv.push_back(nullptr);
-    pid_t pid = 0;
-    if (posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0) return -1;
-    return pid;
-}
+constexpr std::size_t kBlock = 4096;
 
 // Written under a temporary name so a stopped run never leaves half a song.
 std::filesystem::path partial_name(const std::filesystem::path& file) {
     return file.parent_path() / (file.filename().string() + ".part");
 }
 
+// The words as espeak-ng says them, mono at the engine's rate; empty when
+// the program is missing or fails, and the clip has its chime instead.
+std::vector<float> spoken(const std::string& words, const std::filesystem::path& scratch) {
+    const std::string out = scratch.string();
+    std::vector<std::string> args{"espeak-ng", "-s", "150", "-w", out, words};
+    std::vector<char*> argv;
+    for (auto& arg : args)
+        argv.push_back(arg.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t quiet;
+    posix_spawn_file_actions_init(&quiet);
+    posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&quiet, 2, "/dev/null", O_WRONLY, 0);
+    pid_t pid = 0;
+    const int spawned = posix_spawnp(&pid, argv[0], &quiet, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&quiet);
+    std::vector<float> mono;
+    int status = 0;
+    if (spawned != 0 || waitpid(pid, &status, 0) != pid || !WIFEXITED(status) ||
+        WEXITSTATUS(status) != 0) {
+        return mono;
+    }
+    audio::Decoder decoder;
+    if (decoder.open(out).status == audio::OpenStatus::Succeeded) {
+        std::vector<float> block(kBlock * audio::kChannels);
+        while (const std::size_t got = decoder.read(block.data(), kBlock)) {
+            for (std::size_t i = 0; i < got; ++i)
+                mono.push_back(block[i * audio::kChannels]);
+        }
+    }
+    std::error_code ignored;
+    std::filesystem::remove(scratch, ignored);
+    return mono;
+}
+
+// Mono at a modest rate: the synthesiser makes the same sound on both sides,
+// and the encoder's work, most of the cost, grows with every sample.
+constexpr int kClipRate = 32000;
+
+std::string make_clip(const DemoClip& clip, const std::atomic<bool>* stop) {
+    const auto partial = partial_name(clip.file);
+    audio::Encoder encoder;
+    std::string error = encoder.open(partial, clip.file.extension().string(), kClipRate, 1);
+    if (!error.empty()) return error;
+    std::vector<float> words;
+    if (!clip.words.empty()) {
+        words = spoken(clip.words,
+                       clip.file.parent_path() / (clip.file.filename().string() + ".words.wav"));
+    }
+    DemoSynth synth(clip, encoder.sample_rate(), std::move(words), audio::kRate);
+    std::vector<float> block(kBlock);
+    while (error.empty()) {
+        if (stop && *stop) error = "stopped";
+        const std::size_t frames = error.empty() ? synth.render(block.data(), kBlock) : 0;
+        if (frames == 0) break;
+        error = encoder.write(block.data(), frames);
+    }
+    const std::string finished = encoder.finish();
+    if (error.empty()) error = finished;
+    std::error_code fs_error;
+    if (error.empty()) std::filesystem::rename(partial, clip.file, fs_error);
+    if (fs_error) error = fs_error.message();
+    std::filesystem::remove(partial, fs_error);
+    return error.empty() ? error : "could not make " + clip.file.string() + ": " + error;
+}
+
 }  // namespace
 
-std::string make_demo_media(
-    const std::vector<DemoClip>& clips,
-    const std::function<void(std::size_t done, std::size_t total)>& progress) {
+std::string make_demo_media(const std::vector<DemoClip>& clips,
+                            const std::function<void(const DemoClip&, const std::string& error,
+                                                     std::size_t made, std::size_t total)>& done,
+                            const std::atomic<bool>* stop) {
     std::vector<const DemoClip*> to_make;
     for (const auto& clip : clips) {
         std::error_code error;
         if (!std::filesystem::exists(clip.file, error)) to_make.push_back(&clip);
+        std::filesystem::create_directories(clip.file.parent_path(), error);
     }
-    std::map<pid_t, const DemoClip*> running;
-    std::string failure;
+    std::mutex lock;
     std::size_t next = 0;
-    std::size_t done = 0;
-    constexpr std::size_t kAtOnce = 2;
-    while ((next < to_make.size() && failure.empty()) || !running.empty()) {
-        while (failure.empty() && next < to_make.size() && running.size() < kAtOnce) {
-            const DemoClip* clip = to_make[next++];
-            std::error_code error;
-            std::filesystem::create_directories(clip->file.parent_path(), error);
-            const pid_t pid = spawn(ffmpeg_arguments(*clip, partial_name(clip->file)));
-            if (pid < 0) {
-                failure =
-                    "the ffmpeg program is needed to make the demo songs (scripts/setup "
-                    "installs it)";
-                break;
+    std::size_t made = 0;
+    std::string failure;
+    auto work = [&] {
+        for (;;) {
+            const DemoClip* clip = nullptr;
+            {
+                const std::lock_guard hold(lock);
+                if (next == to_make.size() || !failure.empty() || (stop && *stop)) return;
+                clip = to_make[next++];
             }
-            running[pid] = clip;
+            const std::string error = make_clip(*clip, stop);
+            const std::lock_guard hold(lock);
+            if (!error.empty() && failure.empty()) failure = error;
+            if (error.empty()) ++made;
+            if (done) done(*clip, error, made, to_make.size());
         }
-        if (running.empty()) break;
-        int status = 0;
-        const pid_t pid = waitpid(-1, &status, 0);
-        const auto finished = running.find(pid);
-        if (finished == running.end()) continue;
-        const DemoClip& clip = *finished->second;
-        running.erase(finished);
-        std::error_code error;
-        if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
-            std::filesystem::rename(partial_name(clip.file), clip.file, error);
-        }
-        if ((!WIFEXITED(status) || WEXITSTATUS(status) != 0 || error) && failure.empty()) {
-            failure = "ffmpeg could not make " + clip.file.string();
-        }
-        std::filesystem::remove(partial_name(clip.file), error);
-        if (progress) progress(++done, to_make.size());
-    }
+    };
+    const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
+    std::vector<std::thread> workers;
+    for (unsigned i = 1; i < std::min<std::size_t>(cores, to_make.size()); ++i)
+        workers.emplace_back(work);
+    work();
+    for (auto& worker : workers)
+        worker.join();
+    if (failure.empty() && stop && *stop && made < to_make.size()) failure = "stopped";
     return failure;
 }
 

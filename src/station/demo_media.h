@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
@@ -8,8 +9,9 @@
 
 namespace tavora {
 
-// A generated piece of "music": a chord over a beat, with a quiet intro up
-// to the mix-in point and a fade over the mix-out.
+// A generated piece of "music": a chord progression over bass and drums in
+// its own key and tempo, a pad alone up to the mix-in point, a fade over the
+// mix-out. With `words` it is a spoken clip over a soft chord instead.
 struct DemoClip {
     std::filesystem::path file;  // the extension picks the format
     double seconds = 0;
@@ -17,12 +19,17 @@ struct DemoClip {
     double outro = 0;  // seconds of fade at the end
     double root_hz = 220;
     double beats_per_second = 2;
+    std::string words;  // spoken with espeak-ng where it is installed, else a chime
 };
 
-// Makes the clips whose files aren't there yet with the ffmpeg program,
-// two at a time, calling `progress` after each. Empty on success, else why.
-std::string make_demo_media(
-    const std::vector<DemoClip>& clips,
-    const std::function<void(std::size_t done, std::size_t total)>& progress);
+// Makes the clips whose files aren't there yet, in this process, on as many
+// threads as there are cores, calling `done` (from those threads, one at a
+// time) after each with the clip and an error or empty. A set `stop` ends
+// the work between blocks; a clip cut short leaves no file. Empty on
+// success, else the first error.
+std::string make_demo_media(const std::vector<DemoClip>& clips,
+                            const std::function<void(const DemoClip&, const std::string& error,
+                                                     std::size_t made, std::size_t total)>& done,
+                            const std::atomic<bool>* stop = nullptr);
 
 }  // namespace tavora

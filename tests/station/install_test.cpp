@@ -1,7 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
+#include <set>
+#include <vector>
 
+#include "audio/decoder.h"
+#include "audio/format.h"
 #include "broadcast/profile.h"
 #include "core/settings/session_file.h"
 #include "core/station.h"
@@ -53,7 +58,7 @@ TEST(Install, AFolderThatIsAFileIsAClearFailure) {
     EXPECT_EQ(contents(home), "x");
 }
 
-// Generates real media with ffmpeg, so the song count is kept small here.
+// Generates real media, so the song count is kept small here.
 TEST(DemoLibrary, FillsAnEmptyLibraryOnceWithPlayableRows) {
     TestFolder folder;
     const auto home = folder.path();
@@ -98,6 +103,64 @@ TEST(DemoLibrary, FillsAnEmptyLibraryOnceWithPlayableRows) {
     const DemoReport again = make_demo_library(home, kNow, options);
     EXPECT_EQ(again.error, "");
     EXPECT_FALSE(again.made);
+}
+
+long rows_in(const std::filesystem::path& home) {
+    return OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library, "Recordings1")
+        .RecordCount();
+}
+
+// The spots and the quickest song are there when the call returns; the
+// rest come while the station plays, and a run stopped half way goes on at
+// the next start without making anything twice.
+TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
+    TestFolder folder;
+    const auto home = folder.path();
+    DemoOptions options;
+    options.songs = 5;
+    options.first = 17 + 1;
+    DemoReport report = make_demo_library(home, kNow, options);
+    ASSERT_EQ(report.error, "");
+    ASSERT_TRUE(report.made);
+    EXPECT_EQ(report.rows, 17u + 1);
+    ASSERT_NE(report.rest, nullptr);
+    report.rest.reset();  // the station stops at once
+    const long after_stop = rows_in(home);
+    EXPECT_GE(after_stop, 18);
+    EXPECT_LT(after_stop, 5 + 17);
+    for (const auto& entry : std::filesystem::directory_iterator(home / "music"))
+        EXPECT_NE(entry.path().extension(), ".part") << "no half-made clip";
+
+    DemoReport resumed = make_demo_library(home, kNow, options);
+    ASSERT_EQ(resumed.error, "");
+    EXPECT_FALSE(resumed.made);
+    ASSERT_NE(resumed.rest, nullptr);
+    EXPECT_EQ(resumed.rest->wait(), "");
+    EXPECT_EQ(rows_in(home), 5 + 17);
+    EXPECT_FALSE(std::filesystem::exists(home / "music" / "demo-unfinished.txt"));
+    EXPECT_EQ(make_demo_library(home, kNow, options).rest, nullptr);
+
+    // Every clip plays for its planned length, and sounds.
+    Recordset rows =
+        OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library, "Recordings1");
+    std::set<std::string> formats;
+    for (; !rows.IsEOF(); rows.MoveNext()) {
+        const auto file = home / "music" / rows.Fields("Long title").text().substr(16);
+        formats.insert(file.extension().string());
+        audio::Decoder decoder;
+        ASSERT_EQ(decoder.open(file.string()).status, audio::OpenStatus::Succeeded) << file;
+        EXPECT_NEAR(audio::seconds_of_frames(decoder.length()), rows.Fields("End Pos").number(),
+                    0.05)
+            << file;
+        std::vector<float> block(4800 * 2);
+        decoder.seek(decoder.length() / 2);
+        double energy = 0;
+        const std::size_t got = decoder.read(block.data(), 4800);
+        for (std::size_t i = 0; i < got * 2; ++i)
+            energy += block[i] * block[i];
+        EXPECT_GT(std::sqrt(energy / (2.0 * got)), 0.01) << file << " is silent in its middle";
+    }
+    EXPECT_EQ(formats, (std::set<std::string>{".mp3", ".ogg", ".flac", ".m4a", ".wav"}));
 }
 
 }  // namespace
