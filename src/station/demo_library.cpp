@@ -71,7 +71,8 @@ std::vector<DemoRow> plan_rows(const std::filesystem::path& music, std::size_t s
                     6,
                     110.0 * std::pow(2.0, std::floor(between(0, 12)) / 12.0),
                     between(1.6, 2.4),
-                    {}};
+                    {},
+                    kDemoRate};
         if (i < 10) {  // the Top 40's first ten
             row.chart_field = 41;
             row.chart_position = static_cast<int>(i) + 1;
@@ -90,7 +91,8 @@ std::vector<DemoRow> plan_rows(const std::filesystem::path& music, std::size_t s
                     1,
                     110.0 * std::pow(2.0, static_cast<double>(rows.size() % 12) / 12.0),
                     2.0,
-                    std::move(words)};
+                    std::move(words),
+                    kDemoRate};
         return row;
     };
     for (int position = 1; position <= 10; ++position) {
@@ -337,6 +339,8 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
         resuming = OpenRecordset(opened.library, "Recordings1").RecordCount() > 0;
         if (resuming && !std::filesystem::exists(unfinished_mark(home))) return report;
         for (auto& row : plan_rows(home / "music", options.songs)) {
+            if (!options.format.empty()) row.clip.file.replace_extension(options.format);
+            if (options.rate > 0) row.clip.rate = options.rate;
             if (!resuming || !in_library(*opened.library, paths.ToDos(row.clip.file)))
                 planned.push_back(std::move(row));
         }

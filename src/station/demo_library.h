@@ -16,6 +16,10 @@ struct DemoOptions {
     // make) are made before the call returns, and the report's `rest` makes
     // the others while the station plays. 0 makes everything first.
     std::size_t first = 0;
+    // For tests that only time the files: one format and a lower rate for
+    // every clip. Empty and 0 give the demo's own.
+    std::string format;
+    int rate = 0;
     // Called with a line of progress for the operator.
     std::function<void(const std::string&)> say;
 };

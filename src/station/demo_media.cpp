@@ -63,14 +63,10 @@ std::vector<float> spoken(const std::string& words, const std::filesystem::path&
     return mono;
 }
 
-// Mono at a modest rate: the synthesiser makes the same sound on both sides,
-// and the encoder's work, most of the cost, grows with every sample.
-constexpr int kClipRate = 32000;
-
 std::string make_clip(const DemoClip& clip, const std::atomic<bool>* stop) {
     const auto partial = partial_name(clip.file);
     audio::Encoder encoder;
-    std::string error = encoder.open(partial, clip.file.extension().string(), kClipRate, 1);
+    std::string error = encoder.open(partial, clip.file.extension().string(), clip.rate, 1);
     if (!error.empty()) return error;
     std::vector<float> words;
     if (!clip.words.empty()) {

@@ -9,6 +9,10 @@
 
 namespace tavora {
 
+// Clips are mono at a modest rate: the same sound goes to both sides, and
+// the encoder's work, most of the cost, grows with every sample.
+inline constexpr int kDemoRate = 32000;
+
 // A generated piece of "music": a chord progression over bass and drums in
 // its own key and tempo, a pad alone up to the mix-in point, a fade over the
 // mix-out. With `words` it is a spoken clip over a soft chord instead.
@@ -20,6 +24,7 @@ struct DemoClip {
     double root_hz = 220;
     double beats_per_second = 2;
     std::string words;  // spoken with espeak-ng where it is installed, else a chime
+    int rate = kDemoRate;
 };
 
 // Makes the clips whose files aren't there yet, in this process, on as many
