@@ -268,21 +268,29 @@ std::string make_and_add(const DemoRest::Work& work, const std::atomic<bool>* st
     Recordset table = OpenRecordset(opened.library, "Recordings1");
     const PathMap paths(work.home);
     std::string failure;
-    // A clip made by an earlier run that ended before its row was written.
-    for (const auto& row : work.rows) {
+    // Clips made by an earlier run that ended before their rows were written.
+    std::vector<bool> ready(work.rows.size());
+    for (std::size_t i = 0; i < work.rows.size(); ++i) {
         std::error_code error;
-        if (std::filesystem::exists(row.clip.file, error) && !add_row(table, row, paths, work.now))
-            failure = "a demo row could not be written: " + table.error();
+        ready[i] = std::filesystem::exists(work.rows[i].clip.file, error);
     }
+    std::size_t next_row = 0;
+    auto add_ready_rows = [&] {
+        for (; next_row < ready.size() && ready[next_row]; ++next_row) {
+            if (!add_row(table, work.rows[next_row], paths, work.now) && failure.empty())
+                failure = "a demo row could not be written: " + table.error();
+        }
+    };
+    add_ready_rows();
+    // Rows go in in their planned order whichever clip is made first, so the
+    // same demo has the same library on every machine.
     const std::string made = make_demo_media(
         clips_of(work.rows),
         [&](const DemoClip& clip, const std::string& error, std::size_t done, std::size_t total) {
             if (!error.empty()) return;
-            for (const auto& row : work.rows) {
-                if (row.clip.file != clip.file) continue;
-                if (!add_row(table, row, paths, work.now) && failure.empty())
-                    failure = "a demo row could not be written: " + table.error();
-            }
+            for (std::size_t i = 0; i < work.rows.size(); ++i)
+                if (work.rows[i].clip.file == clip.file) ready[i] = true;
+            add_ready_rows();
             if (progress) progress(done, total);
         },
         stop);
@@ -354,11 +362,13 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
     // first left to make.
     auto first = std::make_unique<DemoRest::Work>(DemoRest::Work{home, now, {}, options.say});
     auto rest = std::make_unique<DemoRest::Work>(DemoRest::Work{home, now, {}, options.say});
-    const auto songs = std::stable_partition(
-        planned.begin(), planned.end(), [](const DemoRow& row) { return !row.source.empty(); });
-    std::stable_sort(songs, planned.end(), [](const DemoRow& a, const DemoRow& b) {
-        return making_cost(a) < making_cost(b);
-    });
+    if (options.first > 0) {
+        const auto songs = std::stable_partition(
+            planned.begin(), planned.end(), [](const DemoRow& row) { return !row.source.empty(); });
+        std::stable_sort(songs, planned.end(), [](const DemoRow& a, const DemoRow& b) {
+            return making_cost(a) < making_cost(b);
+        });
+    }
     for (auto& row : planned) {
         const bool early = options.first == 0 || (!resuming && first->rows.size() < options.first);
         (early ? first : rest)->rows.push_back(std::move(row));
