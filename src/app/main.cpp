@@ -44,7 +44,8 @@ int main(int argc, char** argv) {
         case tavora::CommandLine::Action::Run:
             break;
     }
-    if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr)) return failed;
+    std::unique_ptr<tavora::DemoRest> rest;
+    if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr, &rest)) return failed;
     if (!tavora::display_available()) {
         std::cerr << "tavora: no display, so the station plays headless (Ctrl+C stops it)\n";
         return tavora::run_headless(line.home, line.output);
