@@ -17,8 +17,9 @@ its programming rules, mixes each song into the next, and keeps a play log.</p>
 <ol>
 <li>Start <b>Tavora</b> from the desktop menu, or run <code>tavora</code>.
 The first start makes the station folder with a demo library.</li>
-<li>Press <b>&amp;Run</b> on the request list, or choose <b>File, Run Juke
-Box</b>. The station picks six recordings and starts the first set.</li>
+<li>Press <b>Run</b> on the request list, or choose
+<b>File, Run Juke Box</b>. The station picks six recordings and starts the
+first set.</li>
 <li>The <b>Now Playing</b> window shows the twelve cue slots, the time left
 of each player and the mix arrows. <b>Skip/Eject</b> moves to the next song;
 <b>Ply7</b> turns the seventh player on or off.</li>
