@@ -94,7 +94,7 @@ class frmSchedule1 : public Form {
     frmTypeLookup& types_;
     DataControl& setup_;
     std::string roll_over_failure_;  // the reason last told, so each is told once
-    bool adding_ = false;  // a new entry waits for its Update
+    bool adding_ = false;            // a new entry waits for its Update
 };
 
 }  // namespace tavora

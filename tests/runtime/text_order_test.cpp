@@ -25,8 +25,13 @@ TEST(TextOrder, CaseIsIgnoredAndAccentsFollowTheirLetter) {
     EXPECT_EQ(first_char_order("\xC3\xA9"), first_char_order("\xC3\x89"));  // é, É
     EXPECT_EQ(first_char_order("\xC5\xA1"), first_char_order("\xC5\xA0"));  // š, Š
     EXPECT_EQ(first_char_order("\xC5\x82"), first_char_order("\xC5\x81"));  // ł, Ł
-    EXPECT_TRUE(before("E", "\xC3\x89" "dith"));
-    EXPECT_TRUE(before("\xC3\x89" "dith", "F"));
+    EXPECT_TRUE(before("E",
+                       "\xC3\x89"
+                       "dith"));
+    EXPECT_TRUE(
+        before("\xC3\x89"
+               "dith",
+               "F"));
     EXPECT_TRUE(before("\xC3\x85ngstr\xC3\xB6m", "B"));   // Å
     EXPECT_TRUE(before("N", "\xC3\x91u"));                // Ñ
     EXPECT_TRUE(before("\xC5\xBDivot", "\xE3\x81\x82"));  // Ž before a kana
