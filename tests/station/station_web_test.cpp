@@ -348,6 +348,9 @@ TEST_F(WebStation, ChromiumShowsThePageWithHostileTitlesAsText) {
     const std::string png = read_file(shot);
     ASSERT_GT(png.size(), 10'000u);
     EXPECT_EQ(png.substr(1, 3), "PNG");
+    // TAVORA_KEEP_SCREENSHOT=FILE keeps the picture, as docs/web-page.png was made.
+    if (const char* keep = std::getenv("TAVORA_KEEP_SCREENSHOT"))
+        std::filesystem::copy_file(shot, keep, std::filesystem::copy_options::overwrite_existing);
 }
 
 }  // namespace
