@@ -117,8 +117,9 @@ h2 { margin:0 0 10px; font-size:14px; text-transform:uppercase; letter-spacing:1
 .toast { position:fixed; left:50%; bottom:22px; transform:translateX(-50%) translateY(140%);
   background:#0b1020; border:1px solid var(--line); border-left:5px solid var(--ok);
   padding:12px 16px; border-radius:12px; max-width:92vw; transition:transform .25s ease;
+  visibility:hidden;
   box-shadow:0 10px 30px rgba(0,0,0,.4); }
-.toast.show { transform:translateX(-50%) translateY(0); }
+.toast.show { transform:translateX(-50%) translateY(0); visibility:visible; }
 .toast.bad { border-left-color:var(--warn); }
 @media (max-width:700px) {
   .columns { grid-template-columns:1fr; }
