@@ -37,7 +37,8 @@ void save(QWidget* window, const std::filesystem::path& file) {
 void take_screenshots(StationApp& app, ui::Desktop& desktop, ui::QtEventLoop& loop,
                       const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
-    loop.run_event([&app] { app.qx_main.click("mnu_File_Run"); });
+    // A demo station starts by itself; a second Run would ask to restart.
+    if (app.station.Run_Mode != 2) loop.run_event([&app] { app.qx_main.click("mnu_File_Run"); });
     QTimer::singleShot(20'000,
                        [&app, &loop] { loop.run_event([&app] { app.request.click("RB", 4); }); });
     QTimer::singleShot(60'000, [&app, &desktop, &loop, folder] {

@@ -18,6 +18,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QWidget>
@@ -583,7 +584,13 @@ void Binder::sync_window(Window& w) {
         w.state = form.WindowState;
         if (form.Visible) {
             if (form.WindowState == 1) host.showMinimized();
-            if (form.WindowState == 2) host.showMaximized();
+            if (form.WindowState == 2) {
+                // Without a window manager (a kiosk, Xvfb) maximising does
+                // nothing: the frame takes the screen itself.
+                if (!host.parentWidget() && host.screen())
+                    host.setGeometry(host.screen()->availableGeometry());
+                host.showMaximized();
+            }
         }
     }
     w.first = false;

@@ -164,8 +164,8 @@ void DesktopTest::onAirPopUpCountsDown() {
 
 void DesktopTest::menuItemsWithoutAWindowAreGreyed() {
     DesktopStation& s = *station;
-    // The recorder's window comes with a later piece; Setup is here.
-    QVERIFY(!s.widget<QAction>(s.app->qx_main, "B_Cast")->isEnabled());
+    // The chart window comes with a later piece; Setup is here.
+    QVERIFY(!s.widget<QAction>(s.app->qx_main, "ChartDir")->isEnabled());
     auto* setup = s.widget<QAction>(s.app->qx_main, "mnu_Options_Setup");
     QVERIFY(setup->isEnabled());
     setup->trigger();
