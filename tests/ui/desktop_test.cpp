@@ -164,8 +164,8 @@ void DesktopTest::onAirPopUpCountsDown() {
 
 void DesktopTest::menuItemsWithoutAWindowAreGreyed() {
     DesktopStation& s = *station;
-    // The chart window comes with a later piece; Setup is here.
-    QVERIFY(!s.widget<QAction>(s.app->qx_main, "ChartDir")->isEnabled());
+    // The CD player comes with a later piece; Setup is here.
+    QVERIFY(!s.widget<QAction>(s.app->qx_main, "CD_PLYR")->isEnabled());
     auto* setup = s.widget<QAction>(s.app->qx_main, "mnu_Options_Setup");
     QVERIFY(setup->isEnabled());
     setup->trigger();
