@@ -263,9 +263,6 @@ std::vector<DemoClip> clips_of(const std::vector<DemoRow>& rows) {
 // Makes the clips of `rows` and adds each row once its file is whole.
 std::string make_and_add(const DemoRest::Work& work, const std::atomic<bool>* stop,
                          const std::function<void(std::size_t made, std::size_t total)>& progress) {
-    const auto opened = Library::open(work.home / "qx1.mdb", FileKind::Library);
-    if (!opened.library) return opened.error;
-    Recordset table = OpenRecordset(opened.library, "Recordings1");
     const PathMap paths(work.home);
     std::string failure;
     // Clips made by an earlier run that ended before their rows were written.
@@ -275,7 +272,16 @@ std::string make_and_add(const DemoRest::Work& work, const std::atomic<bool>* st
         ready[i] = std::filesystem::exists(work.rows[i].clip.file, error);
     }
     std::size_t next_row = 0;
+    // The library is opened anew for each write: the station's start-up
+    // compaction replaces the file under a connection held from before.
     auto add_ready_rows = [&] {
+        if (next_row == ready.size() || !ready[next_row]) return;
+        const auto opened = Library::open(work.home / "qx1.mdb", FileKind::Library);
+        if (!opened.library) {
+            if (failure.empty()) failure = opened.error;
+            return;
+        }
+        Recordset table = OpenRecordset(opened.library, "Recordings1");
         for (; next_row < ready.size() && ready[next_row]; ++next_row) {
             if (!add_row(table, work.rows[next_row], paths, work.now) && failure.empty())
                 failure = "a demo row could not be written: " + table.error();
