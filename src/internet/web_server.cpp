@@ -3,7 +3,9 @@
 #include <httplib.h>
 
 #include <charconv>
+#include <chrono>
 #include <iostream>
+#include <thread>
 
 #include "internet/web_text.h"
 
@@ -131,6 +133,11 @@ bool WebServer::start(const std::string& address, int port) {
             std::cerr << "tavora: the web server stopped: " << e.what() << "\n";
         }
     });
+    // The server's stop only ends a listen that has begun: a stop right after
+    // the start would otherwise leave its thread listening for ever.
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (!server_->is_running() && std::chrono::steady_clock::now() < give_up)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return true;
 }
 
