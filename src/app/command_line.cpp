@@ -35,6 +35,7 @@ const std::map<std::string, ValueOption, std::less<>>& value_options() {
         {"--script", {&CommandLine::script, {}, "a script file"}},
         {"--players", {&CommandLine::players, {"engine", "probe"}, "engine or probe"}},
         {"--mix-out", {&CommandLine::mix_out, {}, "a WAV file"}},
+        {"--cd-image", {&CommandLine::cd_image, {}, "a folder of one audio file a track"}},
         {"--order",
          {&CommandLine::order, {"title-artist", "artist-title"}, "title-artist or artist-title"}},
         {"--record", {&CommandLine::record, {}, "a recorder profile"}},
@@ -138,6 +139,7 @@ std::string usage_text() {
            "      --script FILE                  timed clicks, answers and file lines\n"
            "      --players engine|probe         decode and mix, or only time the files\n"
            "      --mix-out FILE.wav             write the mix (engine players)\n"
+           "      --cd-image FOLDER              a disc in the CD drive: one WAV or FLAC a track\n"
            "      --trace-selection              print the selection's trace lines\n"
            "  --add PATH...    add media files and folders (walked recursively) to the library\n"
            "                   by the auto add wizard's rules, without questions\n"

@@ -31,6 +31,7 @@ struct CommandLine {
     std::string players = "engine";  // or "probe"
     std::string mix_out;
     bool trace_selection = false;
+    std::string cd_image;  // a folder standing for the disc in the CD drive
 
     // --add: files and folders to bring into the library.
     std::vector<std::string> add_paths;

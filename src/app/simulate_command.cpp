@@ -37,6 +37,7 @@ int run_simulate(const CommandLine& line, std::ostream& out, std::ostream& err) 
         options.script = text.str();
     }
     options.probe_players = line.players == "probe";
+    options.cd_image = line.cd_image;
     options.mix_out = line.mix_out;
     options.trace_selection = line.trace_selection;
     options.web = line.web;

@@ -46,6 +46,7 @@ class Playback {
     FrmOnAir on_air;
 
     Timer& TimerViewer() { return *timer_viewer_; }
+    frmViewer& viewer() { return viewer_; }
     Timer& APlayer7() { return *aplayer7_; }
 
     // The bank: opening a slot's file, the players' events, a close box.
@@ -114,6 +115,7 @@ class Playback {
     void stall_recovery();
     void pause_branch();
     void start_seventh();
+    void cd_take_air();
     void rotate_set();
     void repair_mix(int slot);
     void fade(int i);

@@ -41,6 +41,8 @@ struct StationPort {
     std::function<bool()> cd_shown;
     std::function<void()> CDButt_Click;
     std::function<void()> unload_cd;
+    // Shows the CD player and plays the disc; false when it would not play.
+    std::function<bool()> CDAutplay;
     std::function<void()> Mnu_Aut_Add_Click;
     std::function<void(bool on)> Ply7_Box;  // the Setup screen's seventh-player box
     std::function<void(int slot)> on_air;   // a player has started the slot: the recorder's title
@@ -55,6 +57,8 @@ class PlaybackObserver {
     // Player `player` (1 to 7) changed its play state; `slot` is the slot it
     // plays (14 for player 7).
     virtual void state_changed(int /*player*/, int /*slot*/, int /*state*/) {}
+    // The CD's player changed its play state.
+    virtual void cd_state_changed(int /*state*/) {}
     // The run has stopped for good, with the words shown to the operator.
     virtual void run_stopped(const std::string& /*message*/) {}
 };

@@ -1,13 +1,17 @@
+#include "core/log/play_log.h"
 #include "core/settings/session_file.h"
 #include "platform/clock.h"
 #include "platform/path_map.h"
 #include "playback/playback.h"
-#include "runtime/date_text.h"
 
 namespace tavora {
 
 void Playback::start_seventh() {
     viewer_.Label1(21).Visible = false;
+    if (s_.Ply7_On == 0 && s_.CD_Mode == 1) {
+        cd_take_air();
+        return;
+    }
     MediaPlayer& seventh = Players(7);
     if (seventh.PlayState() == MediaPlayer::kPlaying || s_.Ply7_On != 1) return;
     s_.Ply7_Secs = 0;
@@ -25,8 +29,7 @@ void Playback::start_seventh() {
     s_.Ply_Now = 7;
     seventh.play();
     if (s_.Log_Due == 0) {
-        s_.Log_Line = "Complete at:" + Format(services_.clock.Now(), "long time") + "- QX 6 > " +
-                      s_.Slot_Title[6];
+        s_.Log_Line = set_end_line(services_.clock.Now(), s_.Slot_Title[6]);
         s_.Log_Due = 1;
     }
     s_.Ply_Now = 7;
@@ -37,6 +40,17 @@ void Playback::start_seventh() {
     show_next_caption(7);
     main_caption("   Tavora Ver Music System ", 14);
     Player_Forms(7).Caption = s_.Slot_Title[14];
+}
+
+// The CD takes the place of the seventh song; the tick stands aside until
+// the CD player gives the air back.
+void Playback::cd_take_air() {
+    if (!station_port.CDAutplay || !station_port.CDAutplay()) return;
+    if (s_.Log_Due == 0) {
+        s_.Log_Line = set_end_line(services_.clock.Now(), s_.Slot_Title[6]);
+        s_.Log_Due = 1;
+    }
+    s_.CD_Mode = 2;
 }
 
 void Playback::APlayer7_Timer() {

@@ -59,6 +59,20 @@ void EventLog::state_changed(int player, int slot, int state) {
     });
 }
 
+// The CD's line names the slot it was cued in; what the drive plays beyond
+// that track, it plays off the air.
+void EventLog::cd_state_changed(int state) {
+    cd_playing_ = state == MediaPlayer::kPlaying;
+    if (cd_playing_) {
+        ++aired_;
+        const double now = clock_.Now();
+        out_ << "AIR " << event_time(now) << " slot=15 player=CD recid=" << s_.Slot_RecID[15]
+             << " \"" << s_.Slot_Title[15] << "\"\n";
+        if (on_air) on_air(15, now);
+    }
+    if (by_players_) check_silence();
+}
+
 void EventLog::check_start(int player, int slot) {
     if (aired_load_[player] || playback_.Players(player).PlayState() != MediaPlayer::kPlaying)
         return;
@@ -71,6 +85,10 @@ void EventLog::check_start(int player, int slot) {
 }
 
 void EventLog::check_silence() {
+    if (cd_playing_) {
+        dead_air_.sound_from(seconds());
+        return;
+    }
     for (int n = 1; n <= kPlayers; ++n) {
         if (playback_.Players(n).PlayState() == MediaPlayer::kPlaying) {
             dead_air_.sound_from(seconds());

@@ -33,6 +33,7 @@ class EventLog : public PlaybackObserver {
     void count_silence_by_players() { by_players_ = true; }
 
     void state_changed(int player, int slot, int state) override;
+    void cd_state_changed(int state) override;
 
     // Told of each AIR line as it is written: slot and the line's time.
     std::function<void(int slot, double when)> on_air;
@@ -65,6 +66,7 @@ class EventLog : public PlaybackObserver {
     // Whether a player's current load has aired: a prime (play then pause at
     // once) or a resume after a pause is not a new start.
     std::array<bool, kPlayers + 1> aired_load_{};
+    bool cd_playing_ = false;
     int aired_ = 0;
     int picks_ = 0;
     int fallbacks_ = 0;

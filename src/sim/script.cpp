@@ -75,6 +75,16 @@ std::string parse_line(std::string_view line, ScriptAction& action) {
         action.path = next_word(rest);
         if (action.path.empty()) return std::string(verb) + " needs PATH TEXT";
         action.text = rest;
+    } else if (verb == "cd") {
+        const std::string_view what = next_word(rest);
+        if (what == "eject" && rest.empty()) {
+            action.kind = ScriptAction::Kind::CdEject;
+        } else if (what == "insert" && !rest.empty()) {
+            action.kind = ScriptAction::Kind::CdInsert;
+            action.path = rest;
+        } else {
+            return "cd needs insert FOLDER or eject";
+        }
     } else {
         return "unknown action \"" + std::string(verb) + "\"";
     }

@@ -18,6 +18,7 @@
 #include "players/engine_player.h"
 #include "players/offline_drive.h"
 #include "players/probe_player.h"
+#include "runtime/date_text.h"
 #include "runtime/random.h"
 #include "runtime/text_file.h"
 #include "sim/event_dialogs.h"
@@ -67,8 +68,22 @@ std::string unknown_control(StationApp& app, const Script& script) {
 // False when the control refused the action: a missing handler, or a value
 // that doesn't fit it.
 bool run_action(StationApp& app, EventDialogs& dialogs, const PathMap& paths,
-                const ScriptAction& action) {
+                const ScriptAction& action, std::ostream& out, const Clock& clock) {
     switch (action.kind) {
+        case ScriptAction::Kind::CdInsert: {
+            const auto native = paths.ToNative(action.path);
+            const std::filesystem::path folder = native.status == PathMap::Status::Mapped
+                                                     ? std::filesystem::path(native.path)
+                                                     : std::filesystem::path(action.path);
+            out << "CD " << event_time(clock.Now()) << " insert " << folder.string() << "\n";
+            for (const std::string& problem : app.insert_cd(folder))
+                out << "CD " << event_time(clock.Now()) << " " << problem << "\n";
+            return true;
+        }
+        case ScriptAction::Kind::CdEject:
+            out << "CD " << event_time(clock.Now()) << " eject\n";
+            app.eject_cd();
+            return true;
         case ScriptAction::Kind::Answer:
             dialogs.Queue(action.text);
             return true;
@@ -137,6 +152,7 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
     StationApp app(services, engine ? engine_players(*engine, post, probes) : probes, encoders);
     if (engine) app.tavora_db.attach_preview(engine_preview(*engine));
     app.on_end = [&loop] { loop.quit(); };
+    app.cd_image = options.cd_image;
     if (const std::string unknown = unknown_control(app, script); !unknown.empty()) {
         err << "tavora: script " << unknown << "\n";
         return 2;
@@ -168,7 +184,7 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
         for (const ScriptAction& action : script.actions) {
             loop.run_until(std::min(end, options.start + action.at_ms / kMsPerDay));
             if (app.ended() || clock.Now() >= end) break;
-            if (!run_action(app, dialogs, paths, action)) {
+            if (!run_action(app, dialogs, paths, action, out, clock)) {
                 err << "tavora: script line " << action.line << ": " << control_name(action)
                     << " did not take the action\n";
             }

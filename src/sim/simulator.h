@@ -15,7 +15,8 @@ struct SimulationOptions {
     bool probe_players = false;  // players that only read lengths
     std::filesystem::path mix_out;
     bool trace_selection = false;
-    std::string web;  // --web [ADDR:]PORT; empty leaves it to web.ini
+    std::filesystem::path cd_image;  // the disc in the CD drive at start
+    std::string web;                 // --web [ADDR:]PORT; empty leaves it to web.ini
 };
 
 // Runs the station on the virtual clock: start-up at `start`, the script's

@@ -28,6 +28,16 @@ constexpr int kLibraryAsks = 100;
 
 }  // namespace
 
+namespace {
+
+PlayerFactory bank_players(const Services& services, const PlayerFactory& players) {
+    return players ? players : probe_players(services.clock, services.loop);
+}
+
+constexpr int kCdPlayer = 8;  // the CD's player, after the bank's seven
+
+}  // namespace
+
 StationApp::StationApp(const Services& services, const PlayerFactory& players,
                        EncoderFactory encoders)
     : services_(services),
@@ -36,9 +46,17 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
       mail(station, services, pool),
       schedule(station, services_, pool, qx_main, type_lookup, setup.datPrimaryRS),
       playback(station, services, PlaybackScreens{qx_main, loding, viewer}, tavora_db.Data1,
-               players ? players : probe_players(services.clock, services.loop),
+               bank_players(services, players),
                SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }}),
-      recorder(station, services, viewer, std::move(encoders)) {
+      recorder(station, services, viewer, std::move(encoders)),
+      cd_deck_(std::make_unique<PlayerDeck>(bank_players(services, players)(kCdPlayer))),
+      cd_image_([lengths = std::make_shared<MediaLengths>()](const std::string& path,
+                                                             std::string& error) {
+          return lengths->length(path, error);
+      }),
+      cd_drive_({}, services.paths.install_folder() / "cdcache"),
+      mci_(cd_image_, *cd_deck_),
+      cd_player(station, services_, pool, mci_, playback, qx_main) {
     wire_request_menus(qx_main, request, mail, web, manager);
     wire_request_window(station, qx_main, request, mail, manager, playback, viewer);
     schedule.CheckTime = request.CheckTime;
@@ -91,6 +109,42 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
     });
     wire_side_tools(qx_main, about, browser, system_info, services_);
     wire_catalogue();
+    wire_cd();
+}
+
+void StationApp::wire_cd() {
+    auto toggle = [this](int) { cd_player.CDButt_Click(); };
+    viewer.on_click("CDButt", toggle);
+    qx_main.on_click("CD_PLYR", toggle);
+    playback.station_port.CDButt_Click = [this] { cd_player.CDButt_Click(); };
+    playback.station_port.cd_shown = [this] { return cd_player.Visible; };
+    playback.station_port.unload_cd = [this] { cd_player.Form_Unload(); };
+    playback.station_port.CDAutplay = [this] { return cd_player.CDAutplay(); };
+    selection.hooks.cd_seek = [this](int track) { cd_player.cd_seek(track); };
+    cd_deck_->state_changed = [this](int state) {
+        if (playback.observer) playback.observer->cd_state_changed(state);
+    };
+}
+
+void StationApp::choose_cd_drive() {
+    const std::filesystem::path image =
+        !cd_image.empty() ? cd_image : std::filesystem::path(extensions.CD_Image);
+    if (!image.empty()) {
+        for (const auto& problem : insert_cd(image))
+            services_.dialogs.MsgBox(problem, Buttons::OKOnly, "Tavora CD Player");
+        return;
+    }
+    cd_drive_.set_device(extensions.CD_Device);
+    mci_.use_drive(cd_drive_);
+}
+
+std::vector<std::string> StationApp::insert_cd(const std::filesystem::path& folder) {
+    if (&mci_.drive() != &cd_image_) mci_.use_drive(cd_image_);
+    return cd_image_.insert(folder);
+}
+
+void StationApp::eject_cd() {
+    mci_.drive().eject();
 }
 
 void StationApp::wire_catalogue() {
@@ -130,7 +184,7 @@ Form* StationApp::form(std::string_view name) {
     for (Form* window : std::initializer_list<Form*>{
              &qx_main, &setup, &about, &tavora_db, &request, &viewer, &loding, &mail, &type_lookup,
              &tavora_db.Wizard, &schedule, &form2, &advschedule, &playback.on_air, &recorder,
-             &browser, &system_info}) {
+             &browser, &system_info, &cd_player}) {
         if (window->name() == name) return window;
     }
     for (int n = 1; n <= kPlayers; ++n) {
@@ -285,6 +339,7 @@ void StationApp::read_extension_settings() {
         services_.dialogs.MsgBox(complaint, Buttons::OKOnly, "Tavora Settings");
     if (!files::Exists(file)) write_extensions(extensions, file);
     selection.bridge_songs_only = extensions.Bridge_Songs_Only;
+    choose_cd_drive();
 }
 
 void StationApp::read_setup_row() {
@@ -320,6 +375,7 @@ void StationApp::start_internet_interface() {
 void StationApp::Shutdown() {
     if (ended_) return;
     BP_Ini(station, home() / "qxbp.ini");
+    if (station.CD_On && cd_player.Loaded) cd_player.cmdClose_Click();
     if (mail.Loaded) mail.TQXi_Sav(home() / "tqxiis.ini");
     ended_ = true;
     if (on_end) on_end();

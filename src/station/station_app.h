@@ -17,6 +17,11 @@
 #include "internet/mailfrm.h"
 #include "internet/station_manager.h"
 #include "internet/web_list.h"
+#include "platform/cdio_drive.h"
+#include "platform/disc_image.h"
+#include "platform/mci_cd_audio.h"
+#include "playback/cd_deck.h"
+#include "playback/form1.h"
 #include "playback/frm_viewer.h"
 #include "playback/media_player.h"
 #include "playback/playback.h"
@@ -92,6 +97,22 @@ class StationApp {
     frmSystemInfo system_info{station, services_, pool};
 
   private:
+    // The CD drive as MCI sees it: a disc image, or the machine's drive.
+    std::unique_ptr<PlayerDeck> cd_deck_;
+    DiscImageDrive cd_image_;
+    CdioDrive cd_drive_;
+    MciCdAudio mci_;
+
+  public:
+    Form1 cd_player;
+    // --cd-image: a folder standing for the disc, over tavora.ini's.
+    std::filesystem::path cd_image;
+    // Puts a disc image in the drive, which becomes the image drive from
+    // then on; the sentences of what is wrong with the image.
+    std::vector<std::string> insert_cd(const std::filesystem::path& folder);
+    void eject_cd();
+
+  private:
     std::filesystem::path home() const;
     std::filesystem::path native(const std::string& dos) const;
     bool ask_for_library();
@@ -99,6 +120,8 @@ class StationApp {
     void read_extension_settings();
     void start_internet_interface();
     void wire_catalogue();
+    void wire_cd();
+    void choose_cd_drive();
 
     std::optional<InstanceLock> lock_;
     bool ended_ = false;

@@ -26,6 +26,14 @@ std::string complete_line(double now, int player, const std::string& title) {
     return "Complete at:" + time_text(now) + qx + title;
 }
 
+std::string set_end_line(double now, const std::string& title) {
+    return "Complete at:" + time_text(now) + "- QX 6 > " + title;
+}
+
+std::string cd_line(double now, const std::string& text) {
+    return "Complete at:" + time_text(now) + "- CD > " + text;
+}
+
 std::string missing_line(double now, const std::string& path, const std::string& title) {
     return "ERROR FILE NOT FOUND >> " + time_text(now) + "  " + path + " " + title;
 }

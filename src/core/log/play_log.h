@@ -14,6 +14,10 @@ std::string log_name_for(double date);
 
 // The play log's lines; `now` gives the system time as text.
 std::string complete_line(double now, int player, const std::string& title);
+// The sixth song handing over to the seventh player or the CD.
+std::string set_end_line(double now, const std::string& title);
+// The CD handing the air back to the bank; `text` is "title - artist - Tavora".
+std::string cd_line(double now, const std::string& text);
 std::string missing_line(double now, const std::string& path, const std::string& title);
 
 // `Log_One`: appends `Log_Line` to `Log_Name` and sets `Log_Due` to 0. A

@@ -33,9 +33,20 @@ Entry flag(const char* name, bool Extensions::*member) {
             [member](const Extensions& e) { return std::string(e.*member ? "1" : "0"); }};
 }
 
+Entry text(const char* name, std::string Extensions::*member) {
+    return {name,
+            [member](Extensions& e, const std::string& value) {
+                e.*member = value;
+                return true;
+            },
+            [member](const Extensions& e) { return e.*member; }};
+}
+
 const std::vector<Entry>& entries() {
     static const std::vector<Entry> all{
         flag("Seventh Player Songs Only", &Extensions::Bridge_Songs_Only),
+        text("CD Image", &Extensions::CD_Image),
+        text("CD Device", &Extensions::CD_Device),
     };
     return all;
 }

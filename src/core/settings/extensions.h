@@ -13,6 +13,10 @@ struct Extensions {
     // The seventh player's fallback draws again when it lands on a clip too
     // short to bridge a set change (the rules' own limit for that slot).
     bool Bridge_Songs_Only = true;
+    // The CD drive: a folder standing for a disc (one file a track), or
+    // empty for the machine's drive, `CD_Device` (empty: the default one).
+    std::string CD_Image;
+    std::string CD_Device;
 };
 
 // Reads the file over the defaults. A line that can't be read keeps the
