@@ -27,6 +27,8 @@ class CdDrive {
     virtual bool open() = 0;
     virtual void close() {}
     virtual bool media_present() = 0;
+    // True once after a disc went in or out since the last call.
+    virtual bool media_changed() = 0;
     // Empty without a disc.
     virtual std::vector<Track> tracks() = 0;
     virtual void eject() = 0;

@@ -1,6 +1,7 @@
 #include "platform/cdio_drive.h"
 
 #include <cdio/cdio.h>
+#include <cdio/logging.h>
 #include <cdio/paranoia/cdda.h>
 #include <cdio/paranoia/paranoia.h>
 
@@ -52,6 +53,7 @@ void CdioDrive::set_device(std::string device) {
 
 bool CdioDrive::open() {
     if (cdio_) return true;
+    cdio_loglevel_default = CDIO_LOG_ERROR;  // a missing drive is our message, not its
     cdio_ = cdio_open(device_.empty() ? nullptr : device_.c_str(), DRIVER_DEVICE);
     return cdio_ != nullptr;
 }
@@ -67,13 +69,15 @@ void CdioDrive::join() {
 }
 
 bool CdioDrive::media_present() {
-    if (!cdio_) return false;
-    if (cdio_get_media_changed(cdio_) == 1) {
-        join();
-        std::lock_guard lock(mutex_);
-        read_.clear();
-    }
-    return cdio_get_num_tracks(cdio_) != CDIO_INVALID_TRACK;
+    return cdio_ && cdio_get_num_tracks(cdio_) != CDIO_INVALID_TRACK;
+}
+
+bool CdioDrive::media_changed() {
+    if (!cdio_ || cdio_get_media_changed(cdio_) != 1) return false;
+    join();
+    std::lock_guard lock(mutex_);
+    read_.clear();
+    return true;
 }
 
 std::vector<CdDrive::Track> CdioDrive::tracks() {

@@ -32,6 +32,7 @@ class CdioDrive : public CdDrive {
     bool open() override;
     void close() override;
     bool media_present() override;
+    bool media_changed() override;
     std::vector<Track> tracks() override;
     void eject() override;
     TrackAudio audio(int track) override;

@@ -55,6 +55,7 @@ std::vector<std::string> DiscImageDrive::insert(const fs::path& folder) {
     std::sort(files.begin(), files.end());
     folder_ = folder;
     present_ = true;
+    changed_ = true;
     if (files.empty()) {
         entries_.push_back({{kDataTrack, false}, {}});
         return problems;
@@ -105,6 +106,7 @@ std::vector<CdDrive::Track> DiscImageDrive::tracks() {
 }
 
 void DiscImageDrive::eject() {
+    changed_ = changed_ || present_;
     present_ = false;
     entries_.clear();
     folder_.clear();

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/cd_drive.h"
@@ -30,6 +31,7 @@ class DiscImageDrive : public CdDrive {
 
     bool open() override { return true; }
     bool media_present() override { return present_; }
+    bool media_changed() override { return std::exchange(changed_, false); }
     std::vector<Track> tracks() override;
     void eject() override;
     TrackAudio audio(int track) override;
@@ -42,6 +44,7 @@ class DiscImageDrive : public CdDrive {
     Measure measure_;
     std::filesystem::path folder_;
     bool present_ = false;
+    bool changed_ = false;
     std::vector<Entry> entries_;
 };
 

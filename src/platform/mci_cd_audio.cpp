@@ -193,7 +193,10 @@ int MciCdAudio::seek(const std::vector<std::string>& words) {
 
 void MciCdAudio::sync() {
     deck_.poll();
-    if (!drive_->media_present()) {
+    // Another disc went in since the last look: the tray was open in
+    // between, and this look sees no disc.
+    const bool swapped = drive_->media_changed() && has_disc();
+    if (swapped || !drive_->media_present()) {
         if (has_disc()) {
             halt(Mode::Stopped);
             toc_.clear();
