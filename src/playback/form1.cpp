@@ -232,7 +232,10 @@ bool Form1::find_disc_rows() {
 }
 
 void Form1::catalogue_disc() {
+    // The tick waits while the operator types; a transport that wasn't
+    // running before isn't started by the entry.
     Timer& viewer_timer = playback_.TimerViewer();
+    const bool ticking = viewer_timer.Enabled();
     viewer_timer.SetEnabled(false);
     Dialogs& ask = services_.dialogs;
     std::string disc = ask.InputBox("Enter Title For This CD", "Enter Title");
@@ -283,7 +286,7 @@ void Form1::catalogue_disc() {
             break;
         }
     }
-    viewer_timer.SetEnabled(true);
+    if (ticking) viewer_timer.SetEnabled(true);
 }
 
 void Form1::show_rows() {

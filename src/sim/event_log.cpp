@@ -59,11 +59,13 @@ void EventLog::state_changed(int player, int slot, int state) {
     });
 }
 
-// The CD's line names the slot it was cued in; what the drive plays beyond
-// that track, it plays off the air.
+// The CD's line names the slot it was cued in. Once the CD has given the
+// air back (mode 3) the drive's run into the next track, until the CD player
+// stops it, is the tail of the mix and no new start.
 void EventLog::cd_state_changed(int state) {
+    const bool started = !cd_playing_ && state == MediaPlayer::kPlaying;
     cd_playing_ = state == MediaPlayer::kPlaying;
-    if (cd_playing_) {
+    if (started && s_.CD_Mode != 3) {
         ++aired_;
         const double now = clock_.Now();
         out_ << "AIR " << event_time(now) << " slot=15 player=CD recid=" << s_.Slot_RecID[15]

@@ -1,0 +1,120 @@
+// An hour of the demo station with a disc image in the CD drive: the disc
+// is catalogued, cued, takes the air at a set's end and gives it back.
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+
+#include "disc_images.h"
+#include "sim_station.h"
+
+namespace tavora {
+namespace {
+
+class CdHour : public SimStation {
+  protected:
+    SimRun hour(const std::string& script, bool probe = true) {
+        auto_start(true);
+        SimulationOptions options;
+        options.home = home();
+        options.start = kStart;
+        options.duration_ms = 60 * 60'000;
+        options.script = script;
+        options.probe_players = probe;
+        options.cd_image = disc();
+        std::ostringstream out, err;
+        SimRun run;
+        run.code = run_simulation(options, out, err);
+        run.out = out.str();
+        run.err = err.str();
+        return run;
+    }
+    std::filesystem::path disc() const { return folder_.path() / "disc"; }
+    std::string play_log() const {
+        std::ifstream in(home() /
+                             "qxl11"
+                             "23.log",
+                         std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
+};
+
+// Seconds of an event line's time.
+double seconds_of(const std::string& line) {
+    std::smatch m;
+    const std::regex time(R"(^\S+ \S+ (\d\d):(\d\d):(\d\d\.\d+))");
+    if (!std::regex_search(line, m, time)) return -1;
+    return std::stod(m[1]) * 3600 + std::stod(m[2]) * 60 + std::stod(m[3]);
+}
+
+TEST_F(CdHour, TheCdTakesTheAirAtASetsEndAndTheBankComesBackAtItsMixPoint) {
+    make_disc(disc(), {80 * 75, 60 * 75, 90 * 75});
+    // The view opens, the new disc is catalogued with its defaults, and the
+    // stop button cues it.
+    const SimRun run = hour("00:00:05 click frmViewer.CDButt\n00:00:08 click Form1.stopbtn\n");
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.end_count("dead_air_s"), 0) << run.lines("END")[0];
+    EXPECT_TRUE(run.lines("DIALOG").size() == 3) << run.out;
+
+    // Each time: the set's sixth song, the CD at its mix point, and the
+    // next set's first song 9 seconds before the CD's track ends.
+    const std::vector<std::string> air = run.lines("AIR");
+    int turns = 0;
+    for (std::size_t i = 1; i + 1 < air.size(); ++i) {
+        if (air[i].find(" slot=15 player=CD ") == std::string::npos) continue;
+        ++turns;
+        EXPECT_NE(air[i - 1].find(" slot=6 player=6 "), std::string::npos) << air[i - 1];
+        // A set loaded before the CD was cued hands over to the drive as it
+        // stands, with slot 15 empty.
+        EXPECT_TRUE(air[i].find("recid=0 \"\"") != std::string::npos ||
+                    air[i].find("\"Track 1 - CD180\"") != std::string::npos)
+            << air[i];
+        EXPECT_NE(air[i + 1].find(" slot=1 player=1 "), std::string::npos) << air[i + 1];
+        EXPECT_NEAR(seconds_of(air[i + 1]) - seconds_of(air[i]), 80 - 9, 1.5) << air[i + 1];
+    }
+    EXPECT_GE(turns, 3) << run.out;
+
+    // The play log: the sixth song handing over, the CD, the bank again.
+    const std::string log = play_log();
+    const std::regex turn(
+        R"(- QX 6 > [^\r\n]*\r\n(?:[^\r\n]*- QX6 > [^\r\n]*\r\n)?Complete at:[^\r\n]*- CD > Track 1 - CD180 - Tavora\r\nComplete at:[^\r\n]*- QX1 > )");
+    const auto found =
+        std::distance(std::sregex_iterator(log.begin(), log.end(), turn), std::sregex_iterator());
+    EXPECT_EQ(found, turns) << log;
+}
+
+TEST_F(CdHour, ADiscTakenOutOnTheAirGivesTheAirBackToTheBankAtOnce) {
+    make_disc(disc(), {300 * 75, 300 * 75});
+    const SimRun first = hour("00:00:05 click frmViewer.CDButt\n00:00:08 click Form1.stopbtn\n");
+    ASSERT_EQ(first.code, 0) << first.err;
+    const auto cd = [](const SimRun& run) {
+        for (const auto& line : run.lines("AIR"))
+            if (line.find(" player=CD ") != std::string::npos) return seconds_of(line);
+        return -1.0;
+    };
+    const double on_air = cd(first) - seconds_of("AIR 2026-11-23 14:00:00.000");
+    ASSERT_GT(on_air, 0) << first.out;
+
+    // The same hour again, with the disc taken out 20 seconds into the CD.
+    std::filesystem::remove_all(home());
+    SetUp();
+    char at[16];
+    const int eject = static_cast<int>(on_air) + 20;
+    std::snprintf(at, sizeof at, "%02d:%02d:%02d", eject / 3600, eject / 60 % 60, eject % 60);
+    const SimRun run = hour("00:00:05 click frmViewer.CDButt\n00:00:08 click Form1.stopbtn\n" +
+                            std::string(at) + " cd eject\n");
+    ASSERT_EQ(run.code, 0) << run.err;
+    ASSERT_EQ(run.lines("CD").size(), 1u);
+    const auto air = run.lines("AIR");
+    const auto taken = std::find_if(air.begin(), air.end(), [](const std::string& line) {
+        return line.find(" player=CD ") != std::string::npos;
+    });
+    ASSERT_NE(taken, air.end());
+    ASSERT_NE(taken + 1, air.end());
+    EXPECT_NE((taken + 1)->find(" slot=1 player=1 "), std::string::npos) << *(taken + 1);
+    // Within the CD player's next look and the tick after it.
+    EXPECT_NEAR(seconds_of(*(taken + 1)) - seconds_of(*taken), 20, 1.5) << run.out;
+}
+
+}  // namespace
+}  // namespace tavora
