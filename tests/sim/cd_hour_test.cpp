@@ -13,12 +13,12 @@ namespace {
 
 class CdHour : public SimStation {
   protected:
-    SimRun hour(const std::string& script, bool probe = true) {
+    SimRun hour(const std::string& script, bool probe = true, int minutes = 60) {
         auto_start(true);
         SimulationOptions options;
         options.home = home();
         options.start = kStart;
-        options.duration_ms = 60 * 60'000;
+        options.duration_ms = minutes * 60'000;
         options.script = script;
         options.probe_players = probe;
         options.cd_image = disc();
@@ -114,6 +114,20 @@ TEST_F(CdHour, ADiscTakenOutOnTheAirGivesTheAirBackToTheBankAtOnce) {
     EXPECT_NE((taken + 1)->find(" slot=1 player=1 "), std::string::npos) << *(taken + 1);
     // Within the CD player's next look and the tick after it.
     EXPECT_NEAR(seconds_of(*(taken + 1)) - seconds_of(*taken), 20, 1.5) << run.out;
+}
+
+// The CD's sound goes through the engine: the mix itself is measured, and
+// it never falls silent while the CD has the air.
+TEST_F(CdHour, TheCdIsMixedByTheEngine) {
+    make_disc(disc(), {80 * 75, 60 * 75});
+    const SimRun run =
+        hour("00:00:05 click frmViewer.CDButt\n00:00:08 click Form1.stopbtn\n", false, 20);
+    ASSERT_EQ(run.code, 0) << run.err;
+    int cd = 0;
+    for (const auto& line : run.lines("AIR"))
+        cd += line.find(" player=CD ") != std::string::npos;
+    EXPECT_GE(cd, 1) << run.out;
+    EXPECT_EQ(run.end_count("dead_air_s"), 0) << run.lines("END")[0];
 }
 
 }  // namespace
