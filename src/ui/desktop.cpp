@@ -37,9 +37,10 @@ Desktop::Desktop(StationApp& app, Binder& binder) : app_(app), binder_(binder) {
     add_window(app.playback.on_air);
     for (int n = 1; n <= 7; ++n)
         add_window(app.playback.Player_Forms(n));
-    for (Form* form : std::initializer_list<Form*>{
-             &app.loding, &app.about, &app.setup, &app.mail, &app.form2, &app.type_lookup,
-             &app.schedule, &app.tavora_db, &app.recorder, &app.browser, &app.system_info}) {
+    for (Form* form : std::initializer_list<Form*>{&app.loding, &app.about, &app.setup, &app.mail,
+                                                   &app.form2, &app.type_lookup, &app.schedule,
+                                                   &app.tavora_db, &app.recorder, &app.browser,
+                                                   &app.system_info, &app.cd_player}) {
         add_window(*form);
     }
     binder_.bind(app.qx_main, *main_);

@@ -13,6 +13,7 @@
 
 #include "core/forms/form.h"
 #include "ui/binder.h"
+#include "ui_form1.h"
 #include "ui_frm_about.h"
 #include "ui_frm_browser.h"
 #include "ui_frm_loding.h"
@@ -41,6 +42,7 @@ const std::map<std::string, Setup>& Layouts() {
         {"FrmOnAir", Apply<Ui::FrmOnAir>},     {"Request", Apply<Ui::Request>},
         {"frmLoding", Apply<Ui::frmLoding>},   {"frmAbout", Apply<Ui::frmAbout>},
         {"frmBrowser", Apply<Ui::frmBrowser>}, {"frmSystemInfo", Apply<Ui::frmSystemInfo>},
+        {"Form1", Apply<Ui::Form1>},
     };
     return layouts;
 }
