@@ -51,7 +51,8 @@ std::optional<std::filesystem::path> recorder_profile(const std::filesystem::pat
 }  // namespace
 
 int run_headless(const std::optional<std::string>& home_option, const std::string& output,
-                 const std::string& record, const std::string& web_option) {
+                 const std::string& record, const std::string& web_option,
+                 const std::string& cd_image) {
     const auto home = ResolveInstallFolder(home_option);
     if (!files::Exists(home / "Setup.mdb")) {
         std::cerr << "tavora: no station is installed in " << home.string()
@@ -79,6 +80,7 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     EngineStation station(services, output);
     if (!station.engine.note().empty()) std::cerr << "tavora: " << station.engine.note() << "\n";
     StationApp& app = station.app;
+    app.cd_image = cd_image;
     EventLog log(clock, loop, std::cout, app.station, app.playback);
     StationWeb web(app, services, &dialogs);
     log.on_air = [&web](int slot, double when) { web.aired(slot, when); };

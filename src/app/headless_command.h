@@ -10,8 +10,10 @@ namespace tavora {
 // or to nowhere when `output` is "null"; what airs and every dialog are
 // written to standard output in the simulator's event lines. With `record`, a
 // recorder profile (a path, or a name in the install folder), the air is recorded
-// and streamed as it says from the start; `web` serves the request page and API.
+// and streamed as it says from the start; `web` serves the request page and API;
+// `cd_image`, a folder, stands for the disc in the CD drive.
 int run_headless(const std::optional<std::string>& home, const std::string& output,
-                 const std::string& record = {}, const std::string& web = {});
+                 const std::string& record = {}, const std::string& web = {},
+                 const std::string& cd_image = {});
 
 }  // namespace tavora

@@ -28,14 +28,15 @@ int main(int argc, char** argv) {
         case tavora::CommandLine::Action::Play:
             return tavora::run_play_command(line.play_files, line.output, std::cout, std::cerr);
         case tavora::CommandLine::Action::Headless:
-            return tavora::run_headless(line.home, line.output, line.record, line.web);
+            return tavora::run_headless(line.home, line.output, line.record, line.web,
+                                        line.cd_image);
         case tavora::CommandLine::Action::Install:
             return tavora::run_install(line.home, std::cout, std::cerr);
         case tavora::CommandLine::Action::Demo: {
             std::unique_ptr<tavora::DemoRest> rest;
             if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr, &rest))
                 return failed;
-            return tavora::run_headless(line.home, line.output, {}, line.web);
+            return tavora::run_headless(line.home, line.output, {}, line.web, line.cd_image);
         }
         case tavora::CommandLine::Action::Simulate:
             return tavora::run_simulate(line, std::cout, std::cerr);
