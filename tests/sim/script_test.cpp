@@ -46,12 +46,24 @@ TEST(Script, ABadLineIsReportedByNumberAndNothingRuns) {
         {"00:00:01 click RequestRB\n", "line 1: click needs FORM.CONTROL or FORM.CONTROL(INDEX)"},
         {"00:61:00 answer OK\n", "line 1: the time must be HH:MM:SS"},
         {"00:00:01 append\n", "line 1: append needs PATH TEXT"},
+        {"00:00:01 cd insert\n", "line 1: cd needs insert FOLDER or eject"},
+        {"00:00:01 cd eject now\n", "line 1: cd needs insert FOLDER or eject"},
     };
     for (const auto& c : cases) {
         const Script script = parse_script(c.text);
         EXPECT_EQ(script.error, c.error) << c.text;
         EXPECT_TRUE(script.actions.empty()) << c.text;
     }
+}
+
+TEST(Script, TheCdDriveTakesADiscFolderAndGivesItBack) {
+    const Script script =
+        parse_script("00:01:00 cd insert /srv/discs/Blue Album\n00:02:00 cd eject\n");
+    ASSERT_EQ(script.error, "");
+    ASSERT_EQ(script.actions.size(), 2u);
+    EXPECT_EQ(script.actions[0].kind, ScriptAction::Kind::CdInsert);
+    EXPECT_EQ(script.actions[0].path, "/srv/discs/Blue Album");
+    EXPECT_EQ(script.actions[1].kind, ScriptAction::Kind::CdEject);
 }
 
 TEST(Script, DurationsInTheirFourUnits) {
