@@ -478,7 +478,13 @@ void Form1::cmdClose_Click() {
 
 bool Form1::CDAutplay() {
     Visible = true;
-    return Mci_Do("play cd", false);
+    if (!Mci_Do("play cd", false)) return false;
+    // A track the drive is still reading would hold the air: the bank goes
+    // on, and the CD waits for the next set's end.
+    Mci_Do("status cd mode", false);
+    if (reply_ == "playing") return true;
+    Mci_Do("stop cd wait", false);
+    return false;
 }
 
 void Form1::cd_seek(int track) {
