@@ -20,6 +20,7 @@ class CdDrive {
     struct TrackAudio {
         Audio state = Audio::Unreadable;
         std::string path;  // native, when ready
+        double start = 0;  // seconds into the file where the track begins
     };
 
     virtual ~CdDrive() = default;

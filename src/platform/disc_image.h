@@ -11,7 +11,8 @@
 namespace tavora {
 
 // A disc as a folder: one WAV or FLAC file a track, in the order of their
-// names, numbered by the digits a name starts with when every name has them.
+// names, numbered by the digits a name starts with when every name has them;
+// or a cue sheet (.cue) and the files it names, several tracks to a file.
 // A gap in the numbers is a missing track and a file that can't be measured
 // a damaged one: both stay on the disc as an unreadable track of four
 // seconds, skipped as a drive skips what it can't read. A folder with no
@@ -40,7 +41,14 @@ class DiscImageDrive : public CdDrive {
     struct Entry {
         Track track;
         std::string path;  // empty for a missing or damaged track
+        double start = 0;  // seconds into the file
     };
+    void read_files(const std::vector<std::filesystem::path>& files,
+                    std::vector<std::string>& problems);
+    void read_cue_sheet(const std::filesystem::path& sheet, std::vector<std::string>& problems);
+    // The file's length in CD frames, or 0 with a problem said.
+    long frames_of(const std::filesystem::path& file, int track,
+                   std::vector<std::string>& problems);
     Measure measure_;
     std::filesystem::path folder_;
     bool present_ = false;

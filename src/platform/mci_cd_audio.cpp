@@ -1,5 +1,6 @@
 #include "platform/mci_cd_audio.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <sstream>
@@ -210,6 +211,7 @@ void MciCdAudio::sync() {
         mode_ = Mode::Stopped;
     }
     if (mode_ == Mode::Seeking) start_audio();
+    follow_file();
 }
 
 int MciCdAudio::disc_ready() const {
@@ -251,8 +253,8 @@ bool MciCdAudio::parse_spot(const std::string& text, Spot& spot) const {
 MciCdAudio::Spot MciCdAudio::now() const {
     if (mode_ != Mode::Playing || !deck_.playing()) return spot_;
     const long length = toc_[spot_.track - 1].frames;
-    const long at = std::lround(deck_.position() * kFps);
-    return {spot_.track, std::min(at, length)};
+    const long at = std::lround((deck_.position() - file_start_) * kFps);
+    return {spot_.track, std::clamp(at, 0L, length)};
 }
 
 long MciCdAudio::start_of(int track) const {
@@ -286,12 +288,26 @@ void MciCdAudio::start_audio() {
         deck_.load(audio.path);
         loaded_ = audio.path;
     }
-    deck_.play(static_cast<double>(spot_.offset) / kFps);
+    file_start_ = audio.start;
+    deck_.play(file_start_ + static_cast<double>(spot_.offset) / kFps);
     if (spot_.track < static_cast<int>(toc_.size())) drive_->prepare(spot_.track + 1);
+}
+
+void MciCdAudio::follow_file() {
+    while (mode_ == Mode::Playing && has_disc() && spot_.track < static_cast<int>(toc_.size())) {
+        const double at = (deck_.position() - file_start_) * kFps;
+        if (at < toc_[spot_.track - 1].frames) return;
+        const CdDrive::TrackAudio next = drive_->audio(spot_.track + 1);
+        if (next.state != CdDrive::Audio::Ready || next.path != loaded_) return;
+        ++spot_.track;
+        spot_.offset = 0;
+        file_start_ = next.start;
+    }
 }
 
 void MciCdAudio::next_track() {
     if (mode_ != Mode::Playing && mode_ != Mode::Seeking) return;
+    follow_file();
     if (spot_.track >= static_cast<int>(toc_.size())) {
         spot_.offset = toc_[spot_.track - 1].frames;
         halt(Mode::Stopped);

@@ -48,6 +48,9 @@ class MciCdAudio : public Mci {
     long start_of(int track) const;
     long total() const;
     void start_audio();
+    // One file may hold several tracks (a cue sheet): the position runs on
+    // from one into the next.
+    void follow_file();
     void next_track();
     void halt(Mode mode);
 
@@ -58,7 +61,8 @@ class MciCdAudio : public Mci {
     std::vector<CdDrive::Track> toc_;
     Mode mode_ = Mode::Stopped;
     Spot spot_;
-    std::string loaded_;  // the file on the deck
+    std::string loaded_;     // the file on the deck
+    double file_start_ = 0;  // where the current track begins in it, seconds
 };
 
 }  // namespace tavora

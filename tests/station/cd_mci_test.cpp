@@ -136,6 +136,32 @@ TEST_F(CdMci, AMissingOrDamagedTrackIsSkippedAsADriveSkipsWhatItCantRead) {
     EXPECT_EQ(send("status cd mode"), "stopped");
 }
 
+TEST_F(CdMci, ACueSheetPutsSeveralTracksInOneFile) {
+    const auto folder = fake.home() / "cued";
+    std::filesystem::create_directories(folder);
+    write_track(folder / "Whole Disc.wav", 90 * 75);
+    std::ofstream(folder / "disc.cue") << "FILE \"Whole Disc.wav\" WAVE\r\n"
+                                          "  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n"
+                                          "  TRACK 02 AUDIO\r\n    INDEX 00 00:28:00\r\n"
+                                          "    INDEX 01 00:30:00\r\n"
+                                          "  TRACK 03 AUDIO\r\n    INDEX 01 00:50:03\r\n";
+    EXPECT_TRUE(image.insert(folder).empty());
+    open_tmsf();
+    EXPECT_EQ(send("status cd number of tracks"), "3");
+    EXPECT_EQ(send("status cd length track 2"), "00:20:03");
+    EXPECT_EQ(send("status cd length track 3"), "00:39:72");
+    EXPECT_EQ(send("play cd from 1:00:28"), "");
+    seconds(3);
+    EXPECT_EQ(send("status cd position"), "02:00:01:00");
+    EXPECT_EQ(send("play cd from 3"), "");
+    seconds(2);
+    EXPECT_EQ(send("status cd position"), "03:00:02:00");
+    EXPECT_EQ(send("play cd from 3:00:38"), "");
+    seconds(3);
+    EXPECT_EQ(send("status cd mode"), "stopped");
+    EXPECT_EQ(send("status cd position"), "03:00:39:72");
+}
+
 TEST_F(CdMci, ADiscTakenOutWhilePlayingStopsTheSound) {
     image.insert(make_disc(fake.home() / "disc", kThreeTracks));
     open_tmsf();
