@@ -91,6 +91,12 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
     });
     wire_side_tools(qx_main, about, browser, system_info, services_);
     wire_catalogue();
+    dead_air.fallback_player(probe_players(services.clock, services.loop)(kPlayers + 1));
+    playback.level_trim = [this](const std::string& file) {
+        return loudness_book_ ? normalising_gain(loudness_book_->find(file), loudness_target_)
+                              : 0.0;
+    };
+    request.air_state = [this] { return dead_air.state(); };
 }
 
 void StationApp::wire_catalogue() {
@@ -107,6 +113,9 @@ void StationApp::wire_catalogue() {
         request.Visible = true;
     };
     hooks.viewer_loaded = [this] { return viewer.Loaded; };
+    hooks.record_added = [this](long long rec_id, const std::string& file) {
+        if (loudness_worker_) loudness_worker_->add(rec_id, file);
+    };
     hooks.open_type_lookup = [this] {
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
@@ -199,6 +208,7 @@ bool StationApp::Sub_Main() {
 
     tavora_db.Loaded = true;
     tavora_db.Data1.DatabaseName = native(station.Act_Db).string();
+    start_loudness();
     request.Left = 0;
     request.Top = 0;
     request.Form_Load();
@@ -284,7 +294,7 @@ void StationApp::read_extension_settings() {
     for (const auto& complaint : complaints)
         services_.dialogs.MsgBox(complaint, Buttons::OKOnly, "Tavora Settings");
     if (!files::Exists(file)) write_extensions(extensions, file);
-    selection.bridge_songs_only = extensions.Bridge_Songs_Only;
+    apply_extensions();
 }
 
 void StationApp::read_setup_row() {
@@ -319,6 +329,7 @@ void StationApp::start_internet_interface() {
 
 void StationApp::Shutdown() {
     if (ended_) return;
+    loudness_worker_.reset();  // a measurement under way is dropped, not stored
     BP_Ini(station, home() / "qxbp.ini");
     if (mail.Loaded) mail.TQXi_Sav(home() / "tqxiis.ini");
     ended_ = true;

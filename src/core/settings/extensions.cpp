@@ -1,8 +1,10 @@
 #include "core/settings/extensions.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <optional>
+#include <sstream>
 
 #include "runtime/strings.h"
 
@@ -33,9 +35,42 @@ Entry flag(const char* name, bool Extensions::*member) {
             [member](const Extensions& e) { return std::string(e.*member ? "1" : "0"); }};
 }
 
+// A number within [low, high]; anything else is no value for it.
+Entry number(const char* name, double Extensions::*member, double low, double high) {
+    return {name,
+            [member, low, high](Extensions& e, const std::string& text) {
+                char* end = nullptr;
+                const double value = std::strtod(text.c_str(), &end);
+                if (text.empty() || *end != '\0' || !(value >= low && value <= high)) return false;
+                e.*member = value;
+                return true;
+            },
+            [member](const Extensions& e) {
+                std::ostringstream out;
+                out << e.*member;
+                return out.str();
+            }};
+}
+
+Entry text(const char* name, std::string Extensions::*member) {
+    return {name,
+            [member](Extensions& e, const std::string& value) {
+                e.*member = value;
+                return true;
+            },
+            [member](const Extensions& e) { return e.*member; }};
+}
+
 const std::vector<Entry>& entries() {
     static const std::vector<Entry> all{
         flag("Seventh Player Songs Only", &Extensions::Bridge_Songs_Only),
+        flag("Dead Air Watch", &Extensions::Dead_Air_Watch),
+        number("Dead Air Level dBFS", &Extensions::Dead_Air_Level, -90, 0),
+        number("Dead Air Hold Seconds", &Extensions::Dead_Air_Hold, 1, 600),
+        text("Dead Air Fallback Folder", &Extensions::Dead_Air_Folder),
+        flag("Loudness Normalise", &Extensions::Loudness_Normalise),
+        number("Loudness Target LUFS", &Extensions::Loudness_Target, -40, -5),
+        number("Loudness Ceiling dBTP", &Extensions::Loudness_Ceiling, -12, 0),
     };
     return all;
 }

@@ -13,6 +13,22 @@ struct Extensions {
     // The seventh player's fallback draws again when it lands on a clip too
     // short to bridge a set change (the rules' own limit for that slot).
     bool Bridge_Songs_Only = true;
+
+    // The dead-air watchdog: air under `Dead_Air_Level` dBFS for
+    // `Dead_Air_Hold` seconds, unexplained by a break, a pause or the end of
+    // the run, is logged, skipped, and then covered by the emergency files
+    // of `Dead_Air_Folder` (the demo's snipits when empty).
+    bool Dead_Air_Watch = true;
+    double Dead_Air_Level = -45;
+    double Dead_Air_Hold = 8;
+    std::string Dead_Air_Folder;
+
+    // Loudness normalisation: each measured record is brought to
+    // `Loudness_Target` LUFS on top of its own level, its true peak kept
+    // under `Loudness_Ceiling` dBTP.
+    bool Loudness_Normalise = true;
+    double Loudness_Target = -18;
+    double Loudness_Ceiling = -1;
 };
 
 // Reads the file over the defaults. A line that can't be read keeps the
