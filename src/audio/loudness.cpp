@@ -21,10 +21,8 @@ using State = std::unique_ptr<ebur128_state, StateFree>;
 
 constexpr std::size_t kChunk = 16384;  // frames decoded at a time
 
-}  // namespace
-
-std::optional<Loudness> measure_loudness(const std::string& path, std::string& error,
-                                         const std::atomic<bool>* abort) {
+std::optional<Loudness> measure_span(const std::string& path, std::int64_t from, std::int64_t to,
+                                     std::string& error, const std::atomic<bool>* abort) {
     if (path.rfind("http", 0) == 0) {
         error = "a stream has no loudness of its own";
         return std::nullopt;
@@ -33,6 +31,10 @@ std::optional<Loudness> measure_loudness(const std::string& path, std::string& e
     const OpenResult opened = decoder.open(path, abort);
     if (opened.status != OpenStatus::Succeeded) {
         error = opened.error.empty() ? "the file could not be opened" : opened.error;
+        return std::nullopt;
+    }
+    if (from > 0 && !decoder.seek(from)) {
+        error = "the file ends before the stretch to measure";
         return std::nullopt;
     }
     State state(ebur128_init(kChannels, kRate, EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK));
@@ -47,6 +49,10 @@ std::optional<Loudness> measure_loudness(const std::string& path, std::string& e
             error = "stopped";
             return std::nullopt;
         }
+        if (to >= 0)
+            got = static_cast<std::size_t>(
+                std::clamp<std::int64_t>(to - from - frames, 0, static_cast<std::int64_t>(got)));
+        if (got == 0) break;
         ebur128_add_frames_float(state.get(), buffer.data(), got);
         frames += static_cast<std::int64_t>(got);
     }
@@ -66,6 +72,18 @@ std::optional<Loudness> measure_loudness(const std::string& path, std::string& e
     }
     loudness.true_peak_dbtp = peak > 0 ? 20.0 * std::log10(peak) : -HUGE_VAL;
     return loudness;
+}
+
+}  // namespace
+
+std::optional<Loudness> measure_loudness(const std::string& path, std::string& error,
+                                         const std::atomic<bool>* abort) {
+    return measure_span(path, 0, -1, error, abort);
+}
+
+std::optional<Loudness> measure_loudness(const std::string& path, double from, double to,
+                                         std::string& error) {
+    return measure_span(path, frames_of_seconds(from), frames_of_seconds(to), error, nullptr);
 }
 
 }  // namespace tavora::audio

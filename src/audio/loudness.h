@@ -20,4 +20,9 @@ struct Loudness {
 std::optional<Loudness> measure_loudness(const std::string& path, std::string& error,
                                          const std::atomic<bool>* abort = nullptr);
 
+// The same for the stretch from `from` to `to` seconds of the file (a song
+// within a recorded mix).
+std::optional<Loudness> measure_loudness(const std::string& path, double from, double to,
+                                         std::string& error);
+
 }  // namespace tavora::audio

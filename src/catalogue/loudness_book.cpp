@@ -64,6 +64,21 @@ bool LoudnessBook::tried(long long rec_id, const std::string& native, const File
     return query.step() == Statement::Step::Row;
 }
 
+std::optional<std::optional<Measurement>> LoudnessBook::earlier(const std::string& native,
+                                                                const FileStamp& stamp) {
+    Statement query = db_.prepare(
+        "SELECT Integrated, TruePeak FROM Loudness WHERE File = ? AND FileSize = ? AND "
+        "FileTime = ? LIMIT 1");
+    query.bind_text(1, native);
+    query.bind_int64(2, stamp.size);
+    query.bind_int64(3, stamp.time);
+    if (query.step() != Statement::Step::Row) return std::nullopt;
+    const Value level = query.column_value(0, ColumnType::Number);
+    if (level.is_null()) return std::optional<Measurement>();
+    return std::optional<Measurement>(
+        Measurement{level.number(), query.column_value(1, ColumnType::Number).number()});
+}
+
 bool LoudnessBook::store(long long rec_id, const std::string& native, const FileStamp& stamp,
                          const std::optional<Measurement>& measured) {
     Statement insert = db_.prepare(

@@ -56,6 +56,10 @@ class LoudnessBook {
     std::optional<Measurement> find(const std::string& native);
     // Whether the record's file, as it is now, has been tried (measured or not).
     bool tried(long long rec_id, const std::string& native, const FileStamp& stamp);
+    // The outcome of an earlier try of the same file for any record: the
+    // outer optional says whether there was one, the inner what it found.
+    std::optional<std::optional<Measurement>> earlier(const std::string& native,
+                                                      const FileStamp& stamp);
     // Replaces the record's row in one statement: never half a measurement.
     bool store(long long rec_id, const std::string& native, const FileStamp& stamp,
                const std::optional<Measurement>& measured);

@@ -19,6 +19,11 @@ Outcome measure_record(LoudnessBook& book, long long rec_id, const std::string& 
     const auto stamp = native.empty() ? std::nullopt : stamp_of(native);
     if (!stamp) return Outcome::Missing;
     if (book.tried(rec_id, native, *stamp)) return Outcome::Current;
+    // Records that share a file share its measurement.
+    if (const auto known = book.earlier(native, *stamp)) {
+        book.store(rec_id, native, *stamp, *known);
+        return *known ? Outcome::Measured : Outcome::Unmeasurable;
+    }
     std::string error;
     const auto measured = measure(native, error, stop);
     if (stop && stop->load()) return Outcome::Stopped;
