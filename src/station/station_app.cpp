@@ -53,6 +53,10 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
     });
     form2.Unloaded = [this] { qx_main.Catover.Enabled = true; };
     setup.End_Program = [this] { Shutdown(); };
+    setup.Extensions_Saved = [this](const Extensions& saved) {
+        extensions = saved;
+        apply_extensions();
+    };
     qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
     qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
     qx_main.on_click("mnu_Options_Setup", [this](int) {

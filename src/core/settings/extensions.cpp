@@ -75,7 +75,26 @@ const std::vector<Entry>& entries() {
     return all;
 }
 
+const Entry* entry_named(std::string_view name) {
+    for (const Entry& entry : entries())
+        if (name == entry.name) return &entry;
+    return nullptr;
+}
+
 }  // namespace
+
+bool set_extension(Extensions& settings, std::string_view name, const std::string& value) {
+    const Entry* entry = entry_named(name);
+    Extensions changed = settings;
+    if (!entry || !entry->read(changed, value)) return false;
+    settings = changed;
+    return true;
+}
+
+std::string extension_text(const Extensions& settings, std::string_view name) {
+    const Entry* entry = entry_named(name);
+    return entry ? entry->write(settings) : std::string();
+}
 
 Extensions read_extensions(const std::filesystem::path& file,
                            std::vector<std::string>* complaints) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tavora {
@@ -37,5 +38,10 @@ Extensions read_extensions(const std::filesystem::path& file,
                            std::vector<std::string>* complaints = nullptr);
 
 bool write_extensions(const Extensions& settings, const std::filesystem::path& file);
+
+// One setting by its name in the file, as text: false, and nothing changed,
+// for a value the setting can't take or a name it doesn't know.
+bool set_extension(Extensions& settings, std::string_view name, const std::string& value);
+std::string extension_text(const Extensions& settings, std::string_view name);
 
 }  // namespace tavora
