@@ -31,6 +31,8 @@ class UnattendedDialogs : public Dialogs {
     std::ostream& out_;
 };
 
+}  // namespace
+
 std::string active_library(LibraryPool& pool, const std::filesystem::path& home) {
     const auto settings = pool.open(home / "Setup.mdb", FileKind::Settings);
     if (!settings.library) return {};
@@ -38,8 +40,6 @@ std::string active_library(LibraryPool& pool, const std::filesystem::path& home)
     row.Requery();
     return row.Fields("Active Database").text();
 }
-
-}  // namespace
 
 int run_add(const CommandLine& line, std::ostream& out, std::ostream& err) {
     const auto home = ResolveInstallFolder(line.home);

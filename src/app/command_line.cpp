@@ -14,7 +14,7 @@ const std::map<std::string, Action, std::less<>>& action_flags() {
         {"--help", Action::Help},         {"-h", Action::Help},
         {"--version", Action::Version},   {"--headless", Action::Headless},
         {"--install", Action::Install},   {"--demo", Action::Demo},
-        {"--simulate", Action::Simulate},
+        {"--simulate", Action::Simulate}, {"--analyse", Action::Analyse},
     };
     return flags;
 }
@@ -145,6 +145,7 @@ std::string usage_text() {
            "      --order title-artist|artist-title  how file names read (default title-artist)\n"
            "      --tags                         take title and artist from the file's tags\n"
            "                                     when its name isn't \"title - artist\"\n"
+           "  --analyse        measure the loudness of every record not yet measured\n"
            "  --play FILE...   play the files at once through the audio engine and exit\n"
            "  --output OUT     where --play, --headless and --demo sound: card (default) or null\n"
            "  --web [ADDR:]PORT  serve the request page and API (default address 127.0.0.1)\n"

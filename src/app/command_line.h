@@ -9,7 +9,7 @@ namespace tavora {
 // What the operator asked for on the command line. The station itself takes
 // its settings from its files; these only choose the front end and folders.
 struct CommandLine {
-    enum class Action { Run, Help, Version, Play, Headless, Install, Demo, Simulate, Add };
+    enum class Action { Run, Help, Version, Play, Headless, Install, Demo, Simulate, Add, Analyse };
     Action action = Action::Run;
     std::optional<std::string> home;  // install folder, c:\tavora
     std::string error;                // non-empty when the line could not be read

@@ -31,6 +31,7 @@ struct EngineStation {
               live_encoders(tap, services.paths, report_encoder_line)) {
         app.on_end = [&loop = services.loop] { loop.quit(); };
         app.tavora_db.attach_preview(engine_preview(engine));
+        app.attach_air_meter(engine);
     }
 
     // The encoder's threads report here; one line at a time.

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "add_command.h"
+#include "analyse_command.h"
 #include "command_line.h"
 #include "core/version.h"
 #include "desktop_command.h"
@@ -42,6 +43,8 @@ int main(int argc, char** argv) {
             return tavora::run_simulate(line, std::cout, std::cerr);
         case tavora::CommandLine::Action::Add:
             return tavora::run_add(line, std::cout, std::cerr);
+        case tavora::CommandLine::Action::Analyse:
+            return tavora::run_analyse(line, std::cout, std::cerr);
         case tavora::CommandLine::Action::Run:
             break;
     }

@@ -35,9 +35,9 @@ Engine::~Engine() {
     players_.clear();  // joins the feeders; players still held elsewhere go quiet
 }
 
-std::shared_ptr<Player> Engine::add_player() {
+std::shared_ptr<Player> Engine::add_player(bool on_air_meter) {
     auto player = Player::create(output_ == OutputKind::Offline, post_);
-    if (!mixer_.add_voice(&player->voice())) return nullptr;
+    if (!mixer_.add_voice(&player->voice(), on_air_meter)) return nullptr;
     std::lock_guard lock(players_mutex_);
     players_.push_back(player);
     return player;

@@ -33,7 +33,11 @@ class Engine {
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
-    std::shared_ptr<Player> add_player();
+    // `on_air_meter`: the air meter hears the player; false for one that stands in
+    // for the air, as the watchdog's fallback does.
+    std::shared_ptr<Player> add_player(bool on_air_meter = true);
+    // The bank's level after the fader, for the dead-air watchdog.
+    AirMeter& air_meter() { return air_meter_; }
     bool add_tap(Tap tap);
     bool write_wav(const std::string& path);  // the mix also goes to this file
 
@@ -54,7 +58,8 @@ class Engine {
     Post post_;
     OutputKind output_;
     std::string note_;
-    Mixer mixer_;
+    AirMeter air_meter_;
+    Mixer mixer_{&air_meter_};
     std::mutex players_mutex_;  // add_player against the event thread
     std::vector<std::shared_ptr<Player>> players_;
     std::vector<std::unique_ptr<Tap>> taps_;

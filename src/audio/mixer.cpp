@@ -16,7 +16,9 @@ bool Mixer::publish(std::array<std::atomic<T*>, N>& slots, std::atomic<std::size
     return true;
 }
 
-bool Mixer::add_voice(Voice* voice) {
+bool Mixer::add_voice(Voice* voice, bool metered) {
+    const std::size_t n = voice_count_.load(std::memory_order_relaxed);
+    if (n < kMaxVoices) metered_[n] = metered;
     return publish(voices_, voice_count_, voice);
 }
 bool Mixer::add_tap(const Tap* tap) {
@@ -26,9 +28,11 @@ bool Mixer::add_tap(const Tap* tap) {
 void Mixer::mix(float* out, std::size_t frames) {
     std::fill(out, out + frames * kChannels, 0.0f);
     const std::size_t voices = voice_count_.load(std::memory_order_acquire);
-    for (std::size_t i = 0; i < voices; ++i) {
-        voices_[i].load(std::memory_order_acquire)->mix(out, frames);
-    }
+    for (std::size_t i = 0; i < voices; ++i)
+        if (metered_[i]) voices_[i].load(std::memory_order_acquire)->mix(out, frames);
+    if (meter_) meter_->feed(out, frames);
+    for (std::size_t i = 0; i < voices; ++i)
+        if (!metered_[i]) voices_[i].load(std::memory_order_acquire)->mix(out, frames);
     const std::size_t taps = tap_count_.load(std::memory_order_acquire);
     for (std::size_t i = 0; i < taps; ++i) {
         (*taps_[i].load(std::memory_order_acquire))(out, frames);

@@ -136,8 +136,13 @@ void Player::Mute(bool mute) {
     send_gain();
 }
 
+void Player::Trim(double db) {
+    trim_ = db == 0.0 ? 1.0f : static_cast<float>(std::pow(10.0, db / 20.0));
+    send_gain();
+}
+
 void Player::send_gain() {
-    send(command::Gain{mute_ ? 0.0f : gain_of_volume(volume_)});
+    send(command::Gain{mute_ ? 0.0f : gain_of_volume(volume_) * trim_});
 }
 
 void Player::Rate(double rate) {

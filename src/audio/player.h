@@ -41,6 +41,9 @@ class Player : public std::enable_shared_from_this<Player> {
     void Volume(double hundredths_db);
     bool Mute() const { return mute_; }
     void Mute(bool mute);
+    // Loudness normalisation, in decibels on top of Volume; 0 leaves the rules'
+    // level exactly as it is.
+    void Trim(double db);
     const std::string& ErrorDescription() const { return error_; }
     const std::string& FileName() const { return file_name_; }
     void FileName(const std::string& path) { Open(path); }
@@ -87,6 +90,7 @@ class Player : public std::enable_shared_from_this<Player> {
     double selection_end_ = 0.0;
     int volume_ = 0;
     bool mute_ = false;
+    float trim_ = 1.0f;
     double rate_ = 1.0;
     std::string error_;
     std::string file_name_;

@@ -54,6 +54,10 @@ class MediaPlayer {
     virtual std::string ErrorDescription() const = 0;
     virtual const std::string& FileName() const = 0;
 
+    // Beyond the control: loudness normalisation in decibels on top of Volume.
+    // Players that make no sound have nothing to trim.
+    virtual void Trim(double /*db*/) {}
+
     Appearance& appearance() { return appearance_; }
 
     // Raised on the rule thread, after the call or the moment that caused

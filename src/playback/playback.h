@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -39,6 +40,13 @@ class Playback {
     RequestPort request;
     StationPort station_port;
     PlaybackObserver* observer = nullptr;
+    // Loudness normalisation: decibels on top of the rules' levels for the
+    // file a player opens (a native path or a URL); empty or 0 plays the
+    // rules' levels.
+    std::function<double(const std::string& file)> level_trim;
+    // Called first in every tick: the dead-air watchdog, whose skip is then
+    // handed over by the same tick.
+    std::function<void()> on_tick;
 
     // Players(1 To 7) and Player_Forms(1 To 7).
     MediaPlayer& Players(int n) { return *players_[n]; }

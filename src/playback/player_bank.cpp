@@ -106,7 +106,9 @@ bool Playback::Load_Wavs() {
         }
         if (!pick()) return false;
     }
-    player_of_slot(s_.Cue_Slot).Open(file);
+    MediaPlayer& player = player_of_slot(s_.Cue_Slot);
+    player.Open(file);
+    player.Trim(level_trim ? level_trim(file) : 0.0);
     return true;
 }
 

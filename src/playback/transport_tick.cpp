@@ -5,6 +5,7 @@
 namespace tavora {
 
 void Playback::TimerViewer_Timer() {
+    if (on_tick) on_tick();
     if (s_.Load_Busy == 1) Load_It();
     if (stopped_) return;
     break_clock();

@@ -38,6 +38,7 @@ class EnginePlayer : public MediaPlayer {
     void Volume(double hundredths_db) override { player_->Volume(hundredths_db); }
     bool Mute() const override { return player_->Mute(); }
     void Mute(bool mute) override { player_->Mute(mute); }
+    void Trim(double db) override { player_->Trim(db); }
     std::string ErrorDescription() const override { return player_->ErrorDescription(); }
     const std::string& FileName() const override { return player_->FileName(); }
 

@@ -45,6 +45,9 @@ class Request : public Form {
     std::function<void()> wiz_it;     // the web list export
     std::function<bool()> Video_On;   // the jukebox's video button reads "Video On"
     std::function<void()> Video_Off;  // sets that button off and hides the player window
+    // Beyond the rules: the dead-air watchdog's words for the status line,
+    // empty while the air is fine.
+    std::function<std::string()> air_state;
 
     void Form_Load();
     // Reads the current sort's extent into List_Last and paints the page.

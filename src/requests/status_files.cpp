@@ -46,6 +46,7 @@ void Request::write_status_files() {
         first += " ** We are in the middle of a TQXMS Exclusive Block Party playing " +
                  Str(static_cast<double>(s.BP_Block)) + " in a row by your favorite artist!";
     }
+    if (air_state && !air_state().empty()) first += " ** " + air_state();
     out.write_line(first);
     for (int i = 1; i <= 10; ++i) {
         s.Stat_Hist[i] = s.Stat_Hist[i + 1];

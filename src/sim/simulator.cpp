@@ -150,7 +150,12 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
         });
     }
     StationApp app(services, engine ? engine_players(*engine, post, probes) : probes, encoders);
-    if (engine) app.tavora_db.attach_preview(engine_preview(*engine));
+    if (engine) {
+        app.tavora_db.attach_preview(engine_preview(*engine));
+        app.attach_air_meter(*engine);
+    }
+    // A run gives the same mix every time: what is measured before it counts.
+    app.measure_in_background = false;
     app.on_end = [&loop] { loop.quit(); };
     app.cd_image = options.cd_image;
     if (const std::string unknown = unknown_control(app, script); !unknown.empty()) {

@@ -71,6 +71,10 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
     });
     form2.Unloaded = [this] { qx_main.Catover.Enabled = true; };
     setup.End_Program = [this] { Shutdown(); };
+    setup.Extensions_Saved = [this](const Extensions& saved) {
+        extensions = saved;
+        apply_extensions();
+    };
     qx_main.on_click("mnu_File_Exit", [this](int) { Shutdown(); });
     qx_main.on_click("Log_View", [this](int) { Log_View(services_); });
     qx_main.on_click("mnu_Options_Setup", [this](int) {
@@ -110,6 +114,12 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
     wire_side_tools(qx_main, about, browser, system_info, services_);
     wire_catalogue();
     wire_cd();
+    dead_air.fallback_player(probe_players(services.clock, services.loop)(kPlayers + 1));
+    playback.level_trim = [this](const std::string& file) {
+        return loudness_book_ ? normalising_gain(loudness_book_->find(file), loudness_target_)
+                              : 0.0;
+    };
+    request.air_state = [this] { return dead_air.state(); };
 }
 
 void StationApp::wire_cd() {
@@ -161,6 +171,9 @@ void StationApp::wire_catalogue() {
         request.Visible = true;
     };
     hooks.viewer_loaded = [this] { return viewer.Loaded; };
+    hooks.record_added = [this](long long rec_id, const std::string& file) {
+        if (loudness_worker_) loudness_worker_->add(rec_id, file);
+    };
     hooks.open_type_lookup = [this] {
         type_lookup.Form_Initialize();
         type_lookup.Visible = true;
@@ -253,6 +266,7 @@ bool StationApp::Sub_Main() {
 
     tavora_db.Loaded = true;
     tavora_db.Data1.DatabaseName = native(station.Act_Db).string();
+    start_loudness();
     request.Left = 0;
     request.Top = 0;
     request.Form_Load();
@@ -338,7 +352,7 @@ void StationApp::read_extension_settings() {
     for (const auto& complaint : complaints)
         services_.dialogs.MsgBox(complaint, Buttons::OKOnly, "Tavora Settings");
     if (!files::Exists(file)) write_extensions(extensions, file);
-    selection.bridge_songs_only = extensions.Bridge_Songs_Only;
+    apply_extensions();
     choose_cd_drive();
 }
 
@@ -374,6 +388,7 @@ void StationApp::start_internet_interface() {
 
 void StationApp::Shutdown() {
     if (ended_) return;
+    loudness_worker_.reset();  // a measurement under way is dropped, not stored
     BP_Ini(station, home() / "qxbp.ini");
     if (station.CD_On && cd_player.Loaded) cd_player.cmdClose_Click();
     if (mail.Loaded) mail.TQXi_Sav(home() / "tqxiis.ini");

@@ -8,6 +8,8 @@
 
 #include "broadcast/enc_rep.h"
 #include "catalogue/frm_tavora_db.h"
+#include "catalogue/loudness_book.h"
+#include "catalogue/loudness_worker.h"
 #include "core/services.h"
 #include "core/settings/extensions.h"
 #include "core/settings/frm_setup.h"
@@ -22,6 +24,8 @@
 #include "platform/mci_cd_audio.h"
 #include "playback/cd_deck.h"
 #include "playback/form1.h"
+#include "platform/path_map.h"
+#include "playback/dead_air_watch.h"
 #include "playback/frm_viewer.h"
 #include "playback/media_player.h"
 #include "playback/playback.h"
@@ -36,7 +40,17 @@
 #include "station/side_tools.h"
 #include "store/library.h"
 
+namespace tavora::audio {
+class Engine;
+}
+
 namespace tavora {
+
+// A file's loudness as the engine decodes and measures it.
+std::optional<Measurement> measure_file(const std::string& native, std::string& error,
+                                        const std::atomic<bool>* stop);
+// The library's stored paths as this machine's files, on any thread.
+NativeFile native_files(PathMap paths);
 
 // The whole station: its state, its windows and their wiring. Start-up
 // brings the windows up in their fixed order; from then on everything
@@ -67,6 +81,13 @@ class StationApp {
     // there is none.
     Form* form(std::string_view name);
 
+    // The watchdog hears the engine's meter and covers silence on a player of
+    // the engine's own; without this it watches the players' states.
+    void attach_air_meter(audio::Engine& engine);
+    // Off: the library's loudness is measured only by `tavora --analyse`,
+    // and runs give the same mix every time.
+    bool measure_in_background = true;
+
   private:
     // The services as the selection windows take them.
     Services services_;
@@ -95,6 +116,7 @@ class StationApp {
     EncRep recorder;
     frmBrowser browser;
     frmSystemInfo system_info{station, services_, pool};
+    DeadAirWatch dead_air{station, services_, playback};
 
   private:
     // The CD drive as MCI sees it: a disc image, or the machine's drive.
@@ -122,6 +144,12 @@ class StationApp {
     void wire_catalogue();
     void wire_cd();
     void choose_cd_drive();
+    void apply_extensions();
+    void start_loudness();
+
+    LoudnessTarget loudness_target_;
+    std::unique_ptr<LoudnessBook> loudness_book_;  // the rule thread's
+    std::unique_ptr<LoudnessWorker> loudness_worker_;
 
     std::optional<InstanceLock> lock_;
     bool ended_ = false;

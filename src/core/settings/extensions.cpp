@@ -1,8 +1,10 @@
 #include "core/settings/extensions.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <optional>
+#include <sstream>
 
 #include "runtime/strings.h"
 
@@ -33,6 +35,23 @@ Entry flag(const char* name, bool Extensions::*member) {
             [member](const Extensions& e) { return std::string(e.*member ? "1" : "0"); }};
 }
 
+// A number within [low, high]; anything else is no value for it.
+Entry number(const char* name, double Extensions::*member, double low, double high) {
+    return {name,
+            [member, low, high](Extensions& e, const std::string& text) {
+                char* end = nullptr;
+                const double value = std::strtod(text.c_str(), &end);
+                if (text.empty() || *end != '\0' || !(value >= low && value <= high)) return false;
+                e.*member = value;
+                return true;
+            },
+            [member](const Extensions& e) {
+                std::ostringstream out;
+                out << e.*member;
+                return out.str();
+            }};
+}
+
 Entry text(const char* name, std::string Extensions::*member) {
     return {name,
             [member](Extensions& e, const std::string& value) {
@@ -47,11 +66,37 @@ const std::vector<Entry>& entries() {
         flag("Seventh Player Songs Only", &Extensions::Bridge_Songs_Only),
         text("CD Image", &Extensions::CD_Image),
         text("CD Device", &Extensions::CD_Device),
+        flag("Dead Air Watch", &Extensions::Dead_Air_Watch),
+        number("Dead Air Level dBFS", &Extensions::Dead_Air_Level, -90, 0),
+        number("Dead Air Hold Seconds", &Extensions::Dead_Air_Hold, 1, 600),
+        text("Dead Air Fallback Folder", &Extensions::Dead_Air_Folder),
+        flag("Loudness Normalise", &Extensions::Loudness_Normalise),
+        number("Loudness Target LUFS", &Extensions::Loudness_Target, -40, -5),
+        number("Loudness Ceiling dBTP", &Extensions::Loudness_Ceiling, -12, 0),
     };
     return all;
 }
 
+const Entry* entry_named(std::string_view name) {
+    for (const Entry& entry : entries())
+        if (name == entry.name) return &entry;
+    return nullptr;
+}
+
 }  // namespace
+
+bool set_extension(Extensions& settings, std::string_view name, const std::string& value) {
+    const Entry* entry = entry_named(name);
+    Extensions changed = settings;
+    if (!entry || !entry->read(changed, value)) return false;
+    settings = changed;
+    return true;
+}
+
+std::string extension_text(const Extensions& settings, std::string_view name) {
+    const Entry* entry = entry_named(name);
+    return entry ? entry->write(settings) : std::string();
+}
 
 Extensions read_extensions(const std::filesystem::path& file,
                            std::vector<std::string>* complaints) {

@@ -183,6 +183,7 @@ void frmSetup::Form_Load() {
     lblVersion.Caption = std::string("Version ") + kVersion;
 
     read_row_into_boxes();
+    read_extensions_into_boxes();
     datPrimaryRS.Recordset().Edit();
 }
 
@@ -232,6 +233,7 @@ void frmSetup::Form_Unload() {
 }
 
 void frmSetup::Command1_Click() {
+    save_extensions();
     write_boxes_into_row();
     datPrimaryRS.Recordset().Update();
     Recordset& alias = Data1.Recordset();

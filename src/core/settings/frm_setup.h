@@ -6,6 +6,7 @@
 
 #include "core/forms/form.h"
 #include "core/services.h"
+#include "core/settings/extensions.h"
 #include "core/station.h"
 #include "store/data_control.h"
 
@@ -21,6 +22,9 @@ class frmSetup : public Form {
 
     // Runs the one shutdown path; set by the station.
     std::function<void()> End_Program;
+    // Told of what the station does beyond the rules, once Save And Close
+    // has written it to tavora.ini.
+    std::function<void(const Extensions&)> Extensions_Saved;
 
     // Binds the data controls to Setup.mdb, puts the variables into the
     // lists and boxes, and puts the row into Edit so bound boxes can write.
@@ -61,6 +65,14 @@ class frmSetup : public Form {
     Control& txtMonth = add_text("txtMonth");    // Current Month
     Control& txtAlias = add_text("txtAlias");    // DriveLookup.AliasDrive
     Control& txtDrive = add_text("txtDrive");    // DriveLookup.Drive
+    // Beyond the rules, from tavora.ini: the dead-air watchdog and loudness.
+    Control& chkDeadAir = add_check("chkDeadAir");
+    Control& txtDeadAirLevel = add_text("txtDeadAirLevel");
+    Control& txtDeadAirHold = add_text("txtDeadAirHold");
+    Control& txtDeadAirFolder = add_text("txtDeadAirFolder");
+    Control& chkLoudness = add_check("chkLoudness");
+    Control& txtLoudTarget = add_text("txtLoudTarget");
+    Control& txtLoudCeiling = add_text("txtLoudCeiling");
     Control& chkFields(int index) { return *find("chkFields", index); }
     Control& BPCkeck(int index) { return *find("BPCkeck", index); }
     Control& Combo(int number) { return *find("Combo" + std::to_string(number)); }
@@ -71,6 +83,8 @@ class frmSetup : public Form {
     void refresh_switches();
     void write_boxes_into_row();
     void say_and_end(const std::string& text, const std::string& title);
+    void read_extensions_into_boxes();
+    void save_extensions();
     std::filesystem::path home() const;
 
     Station& station_;
