@@ -1,5 +1,6 @@
 #include "ui/desktop.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -12,11 +13,47 @@
 
 namespace tavora::ui {
 
+// Keeps the windows inside the frame: one laid out for a bigger screen
+// shrinks to fit, down to its minimum, when it shows or the frame resizes,
+// so no row of buttons ends up under the status bar.
+class FrameFitter : public QObject {
+  public:
+    explicit FrameFitter(QMdiArea& frame) : QObject(&frame), frame_(frame) {
+        frame.viewport()->installEventFilter(this);
+    }
+    void watch(QMdiSubWindow& window) { window.installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Resize && watched == frame_.viewport()) {
+            for (QMdiSubWindow* window : frame_.subWindowList())
+                if (window->isVisible()) fit(*window);
+        } else if (event->type() == QEvent::Show) {
+            if (auto* window = qobject_cast<QMdiSubWindow*>(watched)) fit(*window);
+        }
+        return false;
+    }
+
+  private:
+    void fit(QMdiSubWindow& window) {
+        if (window.isMaximized() || window.isMinimized()) return;
+        const QSize room = frame_.viewport()->size();
+        if (room.width() < 100 || room.height() < 100) return;  // not laid out yet
+        const QSize size = window.size().boundedTo(room).expandedTo(window.minimumSizeHint());
+        if (size != window.size()) window.resize(size);
+        const int x = std::clamp(window.x(), 0, std::max(0, room.width() - size.width()));
+        const int y = std::clamp(window.y(), 0, std::max(0, room.height() - size.height()));
+        if (x != window.x() || y != window.y()) window.move(x, y);
+    }
+
+    QMdiArea& frame_;
+};
+
 Desktop::Desktop(StationApp& app, Binder& binder) : app_(app), binder_(binder) {
     main_ = std::make_unique<QMainWindow>();
     Ui::QXMain layout;
     layout.setupUi(main_.get());
     frame_ = layout.mdiArea;
+    fitter_ = new FrameFitter(*frame_);
     add_status_panels();
 
     add_window(app.request);
@@ -39,7 +76,8 @@ Desktop::Desktop(StationApp& app, Binder& binder) : app_(app), binder_(binder) {
         add_window(app.playback.Player_Forms(n));
     for (Form* form : std::initializer_list<Form*>{
              &app.loding, &app.about, &app.setup, &app.mail, &app.form2, &app.type_lookup,
-             &app.schedule, &app.tavora_db, &app.recorder, &app.browser, &app.system_info}) {
+             &app.schedule, &app.advschedule, &app.tavora_db, &app.tavora_db.Wizard, &app.recorder,
+             &app.browser, &app.system_info}) {
         add_window(*form);
     }
     binder_.bind(app.qx_main, *main_);
@@ -61,6 +99,7 @@ void Desktop::add_window(Form& form, std::function<void()> extra) {
     sub->setWindowIcon(main_->windowIcon());
     sub->adjustSize();
     sub->hide();
+    fitter_->watch(*sub);
     widgets_.emplace_back(&form, widget);
     binder_.bind(form, *widget, std::move(extra));
 }

@@ -31,4 +31,11 @@ class DesktopTest : public QObject {
     void rowPressRaisesTheRequest();
     void onAirPopUpCountsDown();
     void menuItemsWithoutAWindowAreGreyed();
+    void missingLibraryIsAskedFor();
+};
+
+class LayoutsTest : public QObject {
+    Q_OBJECT
+  private slots:
+    void everyControlFindsItsWidget();
 };
