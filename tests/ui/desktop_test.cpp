@@ -188,3 +188,17 @@ void DesktopTest::missingLibraryIsAskedFor() {
     QCOMPARE(s.app->station.Act_Db, std::string("c:\\tavora\\moved.mdb"));
     QVERIFY(s.widget<QWidget>(s.app->request, "Frame1")->isVisible());
 }
+
+void DesktopTest::exitEndsTheApplication() {
+    TestFolder folder;
+    QVERIFY(make_demo_station(folder.path(), 60));
+    DesktopStation s(folder.path(), DesktopStation::Players::Probe);
+    s.app->on_end = [&s] { s.loop.quit(); };
+    QVERIFY(s.start());
+    QTimer::singleShot(0,
+                       [&s] { s.loop.run_event([&s] { s.app->qx_main.click("mnu_File_Exit"); }); });
+    // Should the exit not end the loop, this one does, with another code.
+    QTimer::singleShot(10'000, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(s.app->ended());
+}

@@ -32,6 +32,7 @@ class DesktopTest : public QObject {
     void onAirPopUpCountsDown();
     void menuItemsWithoutAWindowAreGreyed();
     void missingLibraryIsAskedFor();
+    void exitEndsTheApplication();
 };
 
 class LayoutsTest : public QObject {
