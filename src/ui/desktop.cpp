@@ -1,11 +1,15 @@
 #include "ui/desktop.h"
 
+#include <QDateTime>
 #include <QEvent>
-#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QTimer>
+#include <array>
 
 #include "station/station_app.h"
 #include "ui/window_factory.h"
@@ -106,16 +110,32 @@ void Desktop::add_window(Form& form, std::function<void()> extra) {
 
 void Desktop::add_status_panels() {
     // Designer can't place widgets in a status bar: the eight panels are
-    // made here, named as the controls Panel(1) to Panel(8).
+    // made here, named as the controls Panel(1) to Panel(8). The rules write
+    // their Text, so they are read-only boxes.
     QStatusBar* bar = main_->statusBar();
+    std::array<QLineEdit*, 8> panels{};
     for (int n = 1; n <= 8; ++n) {
-        auto* panel = new QLabel(bar);
+        auto* panel = new QLineEdit(bar);
         panel->setObjectName(QString("Panel_%1").arg(n));
-        panel->setFrameShape(QFrame::StyledPanel);
+        panel->setReadOnly(true);
+        panel->setFocusPolicy(Qt::NoFocus);
         panel->setMinimumWidth(n <= 4 ? 90 : 40);
         panel->setAlignment(Qt::AlignCenter);
         bar->addPermanentWidget(panel, n <= 4 ? 2 : 1);
+        panels[static_cast<std::size_t>(n - 1)] = panel;
     }
+    // The first two are the date and time panels, kept by the status bar
+    // itself.
+    auto* clock = new QTimer(main_.get());
+    const auto tell_time = [date = panels[0], time = panels[1]] {
+        const QDateTime now = QDateTime::currentDateTime();
+        const QLocale locale;
+        date->setText(locale.toString(now.date(), QLocale::ShortFormat));
+        time->setText(locale.toString(now.time(), QLocale::ShortFormat));
+    };
+    QObject::connect(clock, &QTimer::timeout, tell_time);
+    tell_time();
+    clock->start(1000);
 }
 
 }  // namespace tavora::ui

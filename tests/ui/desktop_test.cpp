@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -100,6 +101,10 @@ void DesktopTest::runFillsTheViewerWithTheAiredTitles() {
     };
     QTRY_VERIFY_WITH_TIMEOUT(set_shown(), 10000);
     QVERIFY(s.desktop->main_window().windowTitle().toStdString().find(first) != std::string::npos);
+    // The status bar's counters are the rules' panel texts.
+    const std::string played = s.app->qx_main.Panel(5).Text;
+    QVERIFY(!played.empty());
+    QCOMPARE(s.widget<QLineEdit>(s.app->qx_main, "Panel_5")->text().toStdString(), played);
 }
 
 void DesktopTest::rowPressRaisesTheRequest() {
