@@ -8,23 +8,11 @@
 #include <QElapsedTimer>
 #include <QTest>
 #include <cstdlib>
+#include <map>
 #include <memory>
 
-#include "audio/engine.h"
-#include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
-#include "platform/launcher.h"
-#include "platform/path_map.h"
-#include "players/engine_player.h"
-#include "players/probe_player.h"
-#include "runtime/random.h"
-#include "station/demo_library.h"
-#include "station/station_app.h"
-#include "store/library.h"
 #include "test_folder.h"
-#include "ui/binder.h"
-#include "ui/desktop.h"
-#include "ui/qt_event_loop.h"
+#include "ui/desktop_station.h"
 
 namespace tavora {
 namespace {
@@ -35,54 +23,23 @@ const std::filesystem::path& demo_station(std::size_t rows) {
     auto& folder = made[rows];
     if (!folder) {
         folder = std::make_unique<TestFolder>();
-        DemoOptions options;
-        options.songs = 3;
-        make_demo_library(folder->path(), SystemClock().Now() - 1, options);
-        grow_demo_library(folder->path(), rows);
+        make_demo_station(folder->path(), rows);
     }
     return folder->path();
 }
 
-// The desktop on a copy of a demo station; the engine's null output when
-// `engine` is set, else probe players.
-struct Desktop {
-    Desktop(std::size_t rows, bool engine) : paths(home()) {
+// A copy of a demo station, so that each run starts from the same files.
+struct StationCopy {
+    explicit StationCopy(std::size_t rows) {
         std::filesystem::copy(demo_station(rows), home(), std::filesystem::copy_options::recursive);
-        if (engine) {
-            const audio::Post post = [this](std::function<void()> fn) { loop.post(std::move(fn)); };
-            sound = std::make_unique<audio::Engine>(audio::OutputKind::Null, post);
-            app = std::make_unique<StationApp>(
-                services, engine_players(*sound, post, probe_players(clock, loop)));
-        } else {
-            app = std::make_unique<StationApp>(services);
-        }
-        binder = std::make_unique<ui::Binder>(loop, paths, launcher);
-        desktop = std::make_unique<ui::Desktop>(*app, *binder);
-        loop.after_event = [this] { binder->sync(); };
     }
     std::filesystem::path home() const { return folder.path() / "station"; }
-    bool start() {
-        bool ok = false;
-        loop.run_event([&] { ok = app->Sub_Main(); });
-        return ok;
-    }
-    void run() {
-        loop.run_event([&] { app->qx_main.click("mnu_File_Run"); });
-    }
-
     TestFolder folder;
-    SystemClock clock;
-    ui::QtEventLoop loop;
-    ScriptedDialogs dialogs;
-    PathMap paths;
-    RecordingLauncher launcher;
-    Random random;
-    Services services{clock, loop, dialogs, paths, launcher, random};
-    std::unique_ptr<audio::Engine> sound;
-    std::unique_ptr<StationApp> app;
-    std::unique_ptr<ui::Binder> binder;
-    std::unique_ptr<ui::Desktop> desktop;
 };
+
+void run(DesktopStation& d) {
+    d.loop.run_event([&d] { d.app->qx_main.click("mnu_File_Run"); });
+}
 
 double cpu_seconds() {
     rusage use{};
@@ -94,15 +51,17 @@ double cpu_seconds() {
 // Every window open, the station playing; each round is one transport tick
 // (not timed) and the sync that follows it.
 void BM_SyncAllWindowsAfterTick(benchmark::State& state) {
-    Desktop d(60, false);
+    StationCopy station(60);
+    DesktopStation d(station.home(), DesktopStation::Players::Probe);
     if (!d.start()) return state.SkipWithError("start-up failed");
-    d.run();
+    run(d);
     QTest::qWait(1000);
     StationApp& app = *d.app;
-    for (Form* form : std::initializer_list<Form*>{
-             &app.request, &app.viewer, &app.playback.on_air, &app.loding, &app.about, &app.setup,
-             &app.mail, &app.form2, &app.type_lookup, &app.browser, &app.system_info}) {
-        form->Visible = true;
+    for (const char* name :
+         {"Request", "frmViewer", "FrmOnAir", "frmLoding", "frmAbout", "frmSetup", "Mailfrm",
+          "Form2", "frmTypeLookup", "frmTavoraDb", "AdWiz", "frmSchedule1", "Advschedule", "EncRep",
+          "frmBrowser", "frmSystemInfo"}) {
+        app.form(name)->Visible = true;
     }
     for (int n = 1; n <= 7; ++n)
         app.playback.Player_Forms(n).Visible = true;
@@ -116,14 +75,16 @@ void BM_SyncAllWindowsAfterTick(benchmark::State& state) {
     }
     state.counters["windows"] = static_cast<double>(d.binder->window_count());
 }
-BENCHMARK(BM_SyncAllWindowsAfterTick)->Unit(benchmark::kMicrosecond);
+// A fixed count: each round's untimed tick costs more than its sync.
+BENCHMARK(BM_SyncAllWindowsAfterTick)->Iterations(1000)->Unit(benchmark::kMicrosecond);
 
 // Ten seconds of play on the null output with the windows up: the CPU the
 // whole process used, as a share of one core.
 void BM_IdleCpuWhilePlaying(benchmark::State& state) {
-    Desktop d(60, true);
+    StationCopy station(60);
+    DesktopStation d(station.home(), DesktopStation::Players::NullOutput);
     if (!d.start()) return state.SkipWithError("start-up failed");
-    d.run();
+    run(d);
     QTest::qWait(2000);
     for (auto _ : state) {
         const double before = cpu_seconds();
@@ -142,15 +103,15 @@ BENCHMARK(BM_IdleCpuWhilePlaying)->UseManualTime()->Iterations(1)->Unit(benchmar
 void BM_StartToPaintedMainWindow(benchmark::State& state) {
     demo_station(static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
+        StationCopy station(static_cast<std::size_t>(state.range(0)));
         QElapsedTimer clock;
         clock.start();
-        Desktop d(static_cast<std::size_t>(state.range(0)), false);
-        const qint64 copied = clock.elapsed();
+        DesktopStation d(station.home(), DesktopStation::Players::Probe);
         if (!d.start()) return state.SkipWithError("start-up failed");
         if (!QTest::qWaitForWindowExposed(&d.desktop->main_window()))
             return state.SkipWithError("the main window never showed");
         QApplication::processEvents();
-        state.SetIterationTime(static_cast<double>(clock.elapsed() - copied) / 1000);
+        state.SetIterationTime(static_cast<double>(clock.elapsed()) / 1000);
     }
 }
 BENCHMARK(BM_StartToPaintedMainWindow)

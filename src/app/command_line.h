@@ -20,8 +20,8 @@ struct CommandLine {
 
     // --headless --record: the recorder's profile to start with the run.
     std::string record;
-    // --web [ADDR:]PORT: the station's own web page and API, for --headless,
-    // --demo and --simulate; empty leaves it to web.ini.
+    // --web [ADDR:]PORT: the station's own web page and API, for the desktop,
+    // --headless, --demo and --simulate; empty leaves it to web.ini.
     std::string web;
 
     // --simulate: a run on the virtual clock.

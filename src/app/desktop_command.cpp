@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QMessageBox>
 #include <QStyleFactory>
 #include <QTimer>
 #include <cstdlib>
@@ -9,11 +10,14 @@
 #include <iostream>
 
 #include "engine_station.h"
+#include "internet/remote_answers.h"
 #include "platform/clock.h"
 #include "platform/launcher.h"
 #include "platform/path_map.h"
 #include "runtime/random.h"
+#include "sim/event_log.h"
 #include "station/station_app.h"
+#include "station/station_web.h"
 #include "ui/binder.h"
 #include "ui/desktop.h"
 #include "ui/qt_dialogs.h"
@@ -51,6 +55,9 @@ void take_screenshots(StationApp& app, ui::Desktop& desktop, ui::QtEventLoop& lo
         shot(app.request, nullptr, "jukebox.png");
         shot(app.viewer, nullptr, "now-playing.png");
         shot(app.playback.on_air, nullptr, "on-air.png");
+        shot(app.setup, "mnu_Options_Setup", "setup.png");
+        shot(app.tavora_db, "Mnu_Find", "program-director.png");
+        shot(app.schedule, "mnu_View_Schedule1", "schedule.png");
         shot(app.system_info, "sysinf", "system-info.png");
         shot(app.about, "About_QX", "about.png");
         loop.run_event([&app] { app.Shutdown(); });
@@ -68,7 +75,8 @@ bool display_available() {
 }
 
 int run_desktop(int argc, char** argv, const std::optional<std::string>& home_option,
-                const std::string& output, const std::string& screenshots) {
+                const std::string& output, const std::string& web_option,
+                const std::string& screenshots) {
     QApplication qt(argc, argv);
     QApplication::setApplicationName("Tavora Music System");
     QApplication::setDesktopFileName("tavora");
@@ -79,10 +87,14 @@ int run_desktop(int argc, char** argv, const std::optional<std::string>& home_op
     SystemClock clock;
     ui::QtEventLoop loop;
     PathMap paths(home);
-    ui::QtDialogs dialogs(paths);
+    ui::QtDialogs desk(paths);
+    RemoteAnswers dialogs(desk);
     SystemLauncher launcher;
     Random random;
     const Services services{clock, loop, dialogs, paths, launcher, random};
+    std::string web_problems;
+    const WebSettings web_settings = web_settings_for(home, web_option, web_problems);
+    if (!web_problems.empty()) std::cerr << "tavora: " << web_problems;
 
     EngineStation station(services, output);
     const audio::Engine& engine = station.engine;
@@ -98,16 +110,42 @@ int run_desktop(int argc, char** argv, const std::optional<std::string>& home_op
     ui::Binder binder(loop, paths, launcher);
     ui::Desktop desktop(app, binder);
     loop.after_event = [&binder] { binder.sync(); };
-    dialogs.before_show = [&binder] { binder.sync(); };
-    dialogs.parent = &desktop.main_window();
+    desk.before_show = [&binder] { binder.sync(); };
+    desk.parent = &desktop.main_window();
+
+    // The web page's now-playing list hears the AIR events; the lines
+    // themselves go nowhere on the desktop.
+    std::ostream nowhere(nullptr);
+    EventLog log(clock, loop, nowhere, app.station, app.playback);
+    StationWeb web(app, services, &dialogs);
+    log.on_air = [&web](int slot, double when) { web.aired(slot, when); };
 
     std::cerr << "tavora: starting the station in " << home.string() << "\n";
-    if (!engine.note().empty()) dialogs.MsgBox(engine.note(), Buttons::OKOnly, "Sound Card");
+    if (!engine.note().empty()) desk.MsgBox(engine.note(), Buttons::OKOnly, "Sound Card");
+    // Mid-run the station plays on, so the word doesn't wait for an answer.
+    station.engine.on_card_lost = [&app, &desktop](const std::string& note) {
+        std::cerr << "tavora: " << note << "\n";
+        app.system_info.front_end_lines.back() = "Audio output: none (null output): " + note;
+        auto* box =
+            new QMessageBox(QMessageBox::Warning, "Sound Card", QString::fromStdString(note),
+                            QMessageBox::Ok, &desktop.main_window());
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->open();
+    };
     bool started = false;
     loop.run_event([&] { started = app.Sub_Main(); });
     if (!started && app.ended()) return 0;
+    if (started && web_settings.enabled) {
+        const std::string error = web.start(web_settings);
+        if (error.empty())
+            std::cerr << "tavora: request page and API on " << web.url() << "\n";
+        else
+            std::cerr << "tavora: the web page is off: " << error << "\n";
+    }
     if (!screenshots.empty()) take_screenshots(app, desktop, loop, screenshots);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    web.stop();
+    return status;
 }
 
 }  // namespace tavora

@@ -79,6 +79,9 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
 
     EngineStation station(services, output);
     if (!station.engine.note().empty()) std::cerr << "tavora: " << station.engine.note() << "\n";
+    station.engine.on_card_lost = [](const std::string& note) {
+        std::cerr << "tavora: " << note << "\n";
+    };
     StationApp& app = station.app;
     app.cd_image = cd_image;
     EventLog log(clock, loop, std::cout, app.station, app.playback);

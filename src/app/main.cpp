@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
     if (const int failed = tavora::make_demo(line.home, std::cout, std::cerr, &rest)) return failed;
     if (!tavora::display_available()) {
         std::cerr << "tavora: no display, so the station plays headless (Ctrl+C stops it)\n";
-        return tavora::run_headless(line.home, line.output);
+        return tavora::run_headless(line.home, line.output, {}, line.web);
     }
-    return tavora::run_desktop(argc, argv, line.home, line.output, line.screenshots);
+    return tavora::run_desktop(argc, argv, line.home, line.output, line.web, line.screenshots);
 }

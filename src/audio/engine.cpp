@@ -21,6 +21,7 @@ Engine::Engine(OutputKind output, Post post) : post_(std::move(post)), output_(o
     events_ = std::thread([this] {
         while (!quit_) {
             deliver_events();
+            watch_card();
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
     });
@@ -72,6 +73,17 @@ void Engine::settle() {
     }
     for (const auto& player : players)
         player->wait_opened();
+}
+
+// The event thread owns the switch: the card's callback has stopped for
+// good once the card is lost, so the null output takes the mixer over alone.
+void Engine::watch_card() {
+    if (!card_ || null_ || !card_->lost()) return;
+    null_ = std::make_unique<NullOutput>(mixer_);
+    post_([this] {
+        note_ = "The sound card went away; playing to the null output.";
+        if (on_card_lost) on_card_lost(note_);
+    });
 }
 
 void Engine::deliver_events() {

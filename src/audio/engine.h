@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -52,8 +53,13 @@ class Engine {
     OutputKind output() const { return output_; }
     const std::string& note() const { return note_; }  // why the card wasn't used
 
+    // Told on the rule thread, with the new note, when the sound card goes
+    // away mid-run; the mix has gone on to the null output by then.
+    std::function<void(const std::string& note)> on_card_lost;
+
   private:
     void deliver_events();
+    void watch_card();
 
     Post post_;
     OutputKind output_;

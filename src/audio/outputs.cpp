@@ -42,13 +42,20 @@ class QuietStderr {
     int saved_ = -1;
 };
 
-int card_callback(const void*, void* out, unsigned long frames, const PaStreamCallbackTimeInfo*,
-                  PaStreamCallbackFlags, void* user) {
-    static_cast<Mixer*>(user)->mix(static_cast<float*>(out), frames);
-    return paContinue;
-}
-
 }  // namespace
+
+struct CardCallbacks {
+    static int mix(const void*, void* out, unsigned long frames, const PaStreamCallbackTimeInfo*,
+                   PaStreamCallbackFlags, void* user) {
+        static_cast<CardOutput*>(user)->mixer_.mix(static_cast<float*>(out), frames);
+        return paContinue;
+    }
+    // PortAudio ends a stream by itself only when the device fails under it.
+    static void finished(void* user) {
+        auto* card = static_cast<CardOutput*>(user);
+        if (!card->closing_) card->lost_ = true;
+    }
+};
 
 NullOutput::NullOutput(Mixer& mixer) : mixer_(mixer), thread_([this] { run(); }) {}
 
@@ -83,9 +90,11 @@ std::unique_ptr<CardOutput> CardOutput::open(Mixer& mixer, std::string& why) {
         why = "no default output device";
         return nullptr;
     }
+    std::unique_ptr<CardOutput> card(new CardOutput(mixer));
     PaStream* stream = nullptr;
     error = Pa_OpenDefaultStream(&stream, 0, kChannels, paFloat32, kRate,
-                                 paFramesPerBufferUnspecified, card_callback, &mixer);
+                                 paFramesPerBufferUnspecified, CardCallbacks::mix, card.get());
+    if (error == paNoError) error = Pa_SetStreamFinishedCallback(stream, CardCallbacks::finished);
     if (error == paNoError) error = Pa_StartStream(stream);
     if (error != paNoError) {
         if (stream != nullptr) Pa_CloseStream(stream);
@@ -93,12 +102,12 @@ std::unique_ptr<CardOutput> CardOutput::open(Mixer& mixer, std::string& why) {
         why = Pa_GetErrorText(error);
         return nullptr;
     }
-    std::unique_ptr<CardOutput> card(new CardOutput);
     card->stream_ = stream;
     return card;
 }
 
 CardOutput::~CardOutput() {
+    closing_ = true;
     Pa_StopStream(stream_);
     Pa_CloseStream(stream_);
     Pa_Terminate();

@@ -34,9 +34,18 @@ class CardOutput {
     CardOutput(const CardOutput&) = delete;
     CardOutput& operator=(const CardOutput&) = delete;
 
+    // True once the stream has ended by itself (the device went away): its
+    // callback mixes no more. Any thread.
+    bool lost() const { return lost_; }
+
   private:
-    CardOutput() = default;
+    friend struct CardCallbacks;
+    explicit CardOutput(Mixer& mixer) : mixer_(mixer) {}
+
+    Mixer& mixer_;
     void* stream_ = nullptr;
+    std::atomic<bool> closing_{false};
+    std::atomic<bool> lost_{false};
 };
 
 }  // namespace tavora::audio

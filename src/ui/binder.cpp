@@ -19,6 +19,9 @@
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QScreen>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QTabWidget>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QWidget>
@@ -41,6 +44,8 @@ enum class Kind {
     Group,
     Progress,
     Browser,
+    Tabs,
+    Spin,
     Other
 };
 
@@ -58,6 +63,8 @@ Kind KindOf(QObject* object) {
     if (qobject_cast<QListWidget*>(object)) return Kind::List;
     if (qobject_cast<QGroupBox*>(object)) return Kind::Group;
     if (qobject_cast<QProgressBar*>(object)) return Kind::Progress;
+    if (qobject_cast<QTabWidget*>(object)) return Kind::Tabs;
+    if (qobject_cast<QSpinBox*>(object)) return Kind::Spin;
     return Kind::Other;
 }
 
@@ -335,6 +342,39 @@ void Binder::connect_signals(Window& window, Binding& b) {
                     [this, &window, &b](const QUrl& url) { open_link(window, b, url); });
             break;
         }
+        case Kind::Tabs: {
+            // A tab strip is a list of pages (its ListIndex) or a plain
+            // control whose Value is the page in front.
+            auto* tabs = static_cast<QTabWidget*>(o);
+            connect(tabs, &QTabWidget::currentChanged, this, [this, &form, &c, &b](int page) {
+                if (page == b.value) return;  // our own sync
+                b.value = page;
+                loop_.run_event([&c, page] {
+                    if (!c.Enabled) return;
+                    if (c.List.empty()) {
+                        c.Value = page;
+                    } else {
+                        c.ListIndex = page;
+                    }
+                });
+                fire(form, c, "Click");
+            });
+            break;
+        }
+        case Kind::Spin: {
+            // An up-down control: its arrows are events, it holds no value.
+            auto* spin = static_cast<QSpinBox*>(o);
+            spin->setRange(-1, 1);
+            spin->setValue(0);
+            connect(spin, &QSpinBox::valueChanged, this, [this, &form, &c, spin](int step) {
+                if (step == 0) return;
+                const QSignalBlocker quiet(spin);
+                spin->setValue(0);
+                fire(form, c, step > 0 ? "UpClick" : "DownClick");
+                fire(form, c, "Change");
+            });
+            break;
+        }
         case Kind::Group:
         case Kind::Progress:
         case Kind::Other:
@@ -481,7 +521,8 @@ void Binder::sync_window(Window& w) {
         if (b.widget && (first || c.BackColor != b.back || c.ForeColor != b.fore)) {
             ApplyColours(b, c.BackColor, c.ForeColor);
         }
-        if (ShowsCaption(b.kind) && (first || c.Caption != b.caption)) {
+        // A caption no rule has set yet leaves the layout's words.
+        if (ShowsCaption(b.kind) && c.Caption != b.caption) {
             b.caption = c.Caption;
             const QString caption = q(c.Caption);
             switch (b.kind) {
@@ -563,6 +604,21 @@ void Binder::sync_window(Window& w) {
             case Kind::List: {
                 auto* list = static_cast<QListWidget*>(b.object.data());
                 SyncRows(*list, b, c, first, [list](int row) { list->setCurrentRow(row); });
+                break;
+            }
+            case Kind::Tabs: {
+                auto* tabs = static_cast<QTabWidget*>(b.object.data());
+                if (first || c.List != b.list) {
+                    b.list = c.List;
+                    for (int page = 0;
+                         page < std::min(tabs->count(), static_cast<int>(c.List.size())); ++page)
+                        tabs->setTabText(page, q(c.List[static_cast<std::size_t>(page)]));
+                }
+                const int page = c.List.empty() ? c.Value : c.ListIndex;
+                if ((first || page != b.value) && page >= 0 && page < tabs->count()) {
+                    b.value = page;
+                    tabs->setCurrentIndex(page);
+                }
                 break;
             }
             default:

@@ -15,7 +15,10 @@
 //   ToolTipText, Visible, Enabled, BackColor/ForeColor (blue-green-red
 //   numbers, converted here; a system colour or a plain control's untouched
 //   white leaves the layout's palette), Value (check 0/1/2, option -1,
-//   progress bar), List and ListIndex (combo, list). The form's Caption is
+//   progress bar; the page of a tab strip, by ListIndex when the control
+//   has a List, else by Value), List and ListIndex (combo, list; a tab
+//   strip's page titles). A caption no rule has set yet leaves the layout's
+//   words. The form's Caption is
 //   the window title, Visible shows and hides it, Left/Top (twips) place it,
 //   MousePointer 11 is the hourglass.
 // - the widgets' signals become Form::fire, each as one event of the rule
@@ -23,7 +26,9 @@
 //   or option button sets Value, then "Click"; an edit sets Text, then
 //   "Change", and "LostFocus" when editing ends; a combo or list pick sets
 //   ListIndex and Text, then "Click", a double click "DblClick"; a menu's
-//   opening is its "Click"; a key press is "KeyPress" with Form::KeyAscii.
+//   opening is its "Click"; a tab picked sets the page, then "Click"; an
+//   up-down arrow (a spin box) is "UpClick" or "DownClick", then "Change";
+//   a key press is "KeyPress" with Form::KeyAscii.
 //   A control a rule disabled ignores them all.
 // - a menu item whose control has no Click handler is greyed: its window
 //   comes with a later piece of the station.

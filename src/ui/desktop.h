@@ -15,6 +15,8 @@ class Form;
 
 namespace tavora::ui {
 
+class FrameFitter;
+
 // The frame of the desktop: QXMain's window with its menus and status bar,
 // and every other window of the station as a sub-window inside it, each set
 // up from its layout and bound to its form.
@@ -38,6 +40,7 @@ class Desktop {
     Binder& binder_;
     std::unique_ptr<QMainWindow> main_;
     QMdiArea* frame_ = nullptr;
+    FrameFitter* fitter_ = nullptr;  // owned by the frame
     std::vector<std::pair<const Form*, QWidget*>> widgets_;
 };
 

@@ -69,7 +69,9 @@ void QtEventLoop::post(std::function<void()> fn) {
 }
 
 void QtEventLoop::quit() {
-    QCoreApplication::quit();
+    // Not quit(): since Qt 6 it first asks every window to close, and the
+    // main window leaves its close box to the rules, which have just ended.
+    QCoreApplication::exit(0);
 }
 
 void QtEventLoop::run_event(std::function<void()> fn) {

@@ -13,13 +13,22 @@
 
 #include "core/forms/form.h"
 #include "ui/binder.h"
+#include "ui_ad_wiz.h"
+#include "ui_advschedule.h"
+#include "ui_enc_rep.h"
 #include "ui_form1.h"
+#include "ui_form2.h"
 #include "ui_frm_about.h"
 #include "ui_frm_browser.h"
 #include "ui_frm_loding.h"
 #include "ui_frm_on_air.h"
+#include "ui_frm_schedule1.h"
+#include "ui_frm_setup.h"
 #include "ui_frm_system_info.h"
+#include "ui_frm_tavora_db.h"
+#include "ui_frm_type_lookup.h"
 #include "ui_frm_viewer.h"
+#include "ui_mailfrm.h"
 #include "ui_mp_fm.h"
 #include "ui_request.h"
 
@@ -38,10 +47,23 @@ using Setup = std::function<void(QWidget&)>;
 // One line per window that has a layout.
 const std::map<std::string, Setup>& Layouts() {
     static const std::map<std::string, Setup> layouts = {
-        {"frmViewer", Apply<Ui::frmViewer>},   {"MpFm", Apply<Ui::MpFm>},
-        {"FrmOnAir", Apply<Ui::FrmOnAir>},     {"Request", Apply<Ui::Request>},
-        {"frmLoding", Apply<Ui::frmLoding>},   {"frmAbout", Apply<Ui::frmAbout>},
-        {"frmBrowser", Apply<Ui::frmBrowser>}, {"frmSystemInfo", Apply<Ui::frmSystemInfo>},
+        {"frmViewer", Apply<Ui::frmViewer>},
+        {"MpFm", Apply<Ui::MpFm>},
+        {"FrmOnAir", Apply<Ui::FrmOnAir>},
+        {"Request", Apply<Ui::Request>},
+        {"frmLoding", Apply<Ui::frmLoding>},
+        {"frmAbout", Apply<Ui::frmAbout>},
+        {"frmBrowser", Apply<Ui::frmBrowser>},
+        {"frmSystemInfo", Apply<Ui::frmSystemInfo>},
+        {"frmSetup", Apply<Ui::frmSetup>},
+        {"Mailfrm", Apply<Ui::Mailfrm>},
+        {"Form2", Apply<Ui::Form2>},
+        {"frmTypeLookup", Apply<Ui::frmTypeLookup>},
+        {"frmTavoraDb", Apply<Ui::frmTavoraDb>},
+        {"AdWiz", Apply<Ui::AdWiz>},
+        {"EncRep", Apply<Ui::EncRep>},
+        {"frmSchedule1", Apply<Ui::frmSchedule1>},
+        {"Advschedule", Apply<Ui::Advschedule>},
         {"Form1", Apply<Ui::Form1>},
     };
     return layouts;

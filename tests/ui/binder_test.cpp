@@ -5,6 +5,8 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSpinBox>
+#include <QTabWidget>
 #include <QTest>
 #include <string>
 #include <vector>
@@ -39,6 +41,11 @@ class TestForm : public Form {
         });
         on_click("Combo1", [this](int) { events.push_back("Click Combo1 " + Combo1.Text); });
         on_click("mnu_Go", [this](int) { events.push_back("Click mnu_Go"); });
+        on_click("SSTab1", [this](int) {
+            events.push_back("Click SSTab1 " + std::to_string(SSTab1.ListIndex));
+        });
+        on("UpDown1", "UpClick", [this](int) { events.push_back("UpClick UpDown1"); });
+        on("UpDown1", "DownClick", [this](int) { events.push_back("DownClick UpDown1"); });
     }
 
     Control& RB(int i) { return *find("RB", i); }
@@ -50,6 +57,8 @@ class TestForm : public Form {
     Control& Combo1 = add_list("Combo1");
     Control& mnu_Go = add("mnu_Go");
     Control& mnu_Later = add("mnu_Later");  // nothing answers it yet
+    Control& SSTab1 = add_list("SSTab1");
+    Control& UpDown1 = add("UpDown1");
     std::vector<std::string> events;
 };
 
@@ -72,6 +81,10 @@ struct Bench {
         make<QComboBox>(window, "Combo1");
         make<QAction>(window, "mnu_Go");
         make<QAction>(window, "mnu_Later");
+        auto* tabs = make<QTabWidget>(window, "SSTab1");
+        for (const char* page : {"one", "two", "three"})
+            tabs->addTab(new QWidget, page);
+        make<QSpinBox>(window, "UpDown1");
         loop.after_event = [this] { binder.sync(); };
         binder.bind(form, window);
     }
@@ -111,6 +124,8 @@ void BinderTest::stateReachesEveryKindOfWidget() {
     f.Combo1.List = {"Rock", "Pop"};
     f.Combo1.ListIndex = 1;
     f.mnu_Go.Caption = "&Go Now";
+    f.SSTab1.List = {"Records", "Search"};
+    f.SSTab1.ListIndex = 1;
     b.binder.sync();
 
     QCOMPARE(b.window.windowTitle(), QString("Now Playing"));
@@ -134,6 +149,11 @@ void BinderTest::stateReachesEveryKindOfWidget() {
     QCOMPARE(b.widget<QAction>("mnu_Go")->text(), QString("&Go Now"));
     QVERIFY(b.widget<QAction>("mnu_Go")->isEnabled());
     QVERIFY(!b.widget<QAction>("mnu_Later")->isEnabled());
+    // Tab titles the rules name; a page they leave unnamed keeps its own.
+    auto* tabs = b.widget<QTabWidget>("SSTab1");
+    QCOMPARE(tabs->currentIndex(), 1);
+    QCOMPARE(tabs->tabText(0), QString("Records"));
+    QCOMPARE(tabs->tabText(2), QString("three"));
 
     // A system colour hands the widget back to the layout's palette.
     f.RB(2).BackColor = 0x8000000F;
@@ -150,6 +170,7 @@ void BinderTest::widgetEventsReachTheHandlers() {
     f.Visible = true;
     f.List1.List = {"one", "two", "three"};
     f.Combo1.List = {"Rock", "Pop"};
+    f.SSTab1.List = {"Records", "Search", "Tools"};
     b.binder.sync();
 
     QTest::mouseClick(b.widget<QPushButton>("RB_2"), Qt::LeftButton);
@@ -161,10 +182,14 @@ void BinderTest::widgetEventsReachTheHandlers() {
                       list->visualItemRect(list->item(2)).center());
     b.widget<QComboBox>("Combo1")->activated(1);
     b.widget<QAction>("mnu_Go")->trigger();
+    b.widget<QTabWidget>("SSTab1")->setCurrentIndex(2);
+    b.widget<QSpinBox>("UpDown1")->stepUp();
+    b.widget<QSpinBox>("UpDown1")->stepDown();
 
     const std::vector<std::string> expected = {
         "Click RB 2",     "Click Label1",        "Change Text1 a",   "Change Text1 ab",
-        "Click Check1 1", "Click List1 2 three", "Click Combo1 Pop", "Click mnu_Go"};
+        "Click Check1 1", "Click List1 2 three", "Click Combo1 Pop", "Click mnu_Go",
+        "Click SSTab1 2", "UpClick UpDown1",     "DownClick UpDown1"};
     QCOMPARE(f.events, expected);
     QCOMPARE(f.Check1.Value, 1);
     QCOMPARE(f.List1.ListIndex, 2);

@@ -1,52 +1,41 @@
 #include <QAction>
+#include <QApplication>
+#include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <memory>
 #include <regex>
 #include <sstream>
 
-#include "platform/clock.h"
-#include "platform/dialog_stand_ins.h"
-#include "platform/launcher.h"
-#include "platform/path_map.h"
-#include "runtime/random.h"
 #include "sim/event_log.h"
-#include "station/demo_library.h"
-#include "station/station_app.h"
 #include "store/recordset.h"
 #include "test_folder.h"
-#include "ui/binder.h"
-#include "ui/desktop.h"
-#include "ui/qt_event_loop.h"
+#include "ui/desktop_station.h"
 #include "ui_tests.h"
 
 using namespace tavora;
 
 namespace {
 
-// The desktop on a small demo library (three generated songs grown to 60
-// rows), with probe players on the wall clock: the real windows, rules and
-// event loop, without a sound card.
-struct DesktopStation {
-    DesktopStation() : paths(folder.path()) {
-        DemoOptions options;
-        options.songs = 3;
-        const DemoReport demo = make_demo_library(folder.path(), clock.Now() - 1, options);
-        if (!demo.error.empty() || !grow_demo_library(folder.path(), 60).empty()) ok = false;
-        app = std::make_unique<StationApp>(services);
-        binder = std::make_unique<ui::Binder>(loop, paths, launcher);
-        desktop = std::make_unique<ui::Desktop>(*app, *binder);
-        loop.after_event = [this] { binder->sync(); };
-        log = std::make_unique<EventLog>(clock, loop, aired, app->station, app->playback);
-        loop.run_event([this] { ok = ok && app->Sub_Main(); });
+// The desktop on a small demo library (60 rows), with probe players, and the
+// aired titles as the event lines tell them.
+struct TestStation {
+    TestStation()
+        : made(make_demo_station(folder.path(), 60)),
+          desk(folder.path(), DesktopStation::Players::Probe),
+          app(desk.app),
+          desktop(desk.desktop),
+          log(desk.clock, desk.loop, aired, app->station, app->playback) {
+        ok = made && desk.start();
     }
 
     template <class W>
     W* widget(const Form& form, const QString& name) {
-        QWidget* window =
-            form.name() == "QXMain" ? &desktop->main_window() : desktop->widget_of(form);
-        return window ? window->findChild<W*>(name) : nullptr;
+        return desk.widget<W>(form, name);
     }
 
     // The titles of the AIR lines so far.
@@ -60,28 +49,22 @@ struct DesktopStation {
         return titles;
     }
 
-    bool ok = true;
     TestFolder folder;
-    SystemClock clock;
-    ui::QtEventLoop loop;
-    ScriptedDialogs dialogs;
-    PathMap paths;
-    RecordingLauncher launcher;
-    Random random;
-    Services services{clock, loop, dialogs, paths, launcher, random};
+    bool made;
+    DesktopStation desk;
+    std::unique_ptr<StationApp>& app;
+    std::unique_ptr<ui::Desktop>& desktop;
     std::ostringstream aired;
-    std::unique_ptr<StationApp> app;
-    std::unique_ptr<ui::Binder> binder;
-    std::unique_ptr<ui::Desktop> desktop;
-    std::unique_ptr<EventLog> log;
+    EventLog log;
+    bool ok = false;
 };
 
-std::unique_ptr<DesktopStation> station;
+std::unique_ptr<TestStation> station;
 
 }  // namespace
 
 void DesktopTest::initTestCase() {
-    station = std::make_unique<DesktopStation>();
+    station = std::make_unique<TestStation>();
     QVERIFY(station->ok);
     QVERIFY(station->desktop->main_window().isVisible());
     QVERIFY(station->widget<QWidget>(station->app->request, "Frame1")->isVisible());
@@ -92,7 +75,7 @@ void DesktopTest::cleanupTestCase() {
 }
 
 void DesktopTest::runFillsTheViewerWithTheAiredTitles() {
-    DesktopStation& s = *station;
+    TestStation& s = *station;
     s.app->station.Live_Pop = 1;  // the on-air pop-up, for its test below
     auto* run = s.widget<QPushButton>(s.app->request, "cmdClose");
     QVERIFY(run);
@@ -118,10 +101,14 @@ void DesktopTest::runFillsTheViewerWithTheAiredTitles() {
     };
     QTRY_VERIFY_WITH_TIMEOUT(set_shown(), 10000);
     QVERIFY(s.desktop->main_window().windowTitle().toStdString().find(first) != std::string::npos);
+    // The status bar's counters are the rules' panel texts.
+    const std::string played = s.app->qx_main.Panel(5).Text;
+    QVERIFY(!played.empty());
+    QCOMPARE(s.widget<QLineEdit>(s.app->qx_main, "Panel_5")->text().toStdString(), played);
 }
 
 void DesktopTest::rowPressRaisesTheRequest() {
-    DesktopStation& s = *station;
+    TestStation& s = *station;
     auto* row = s.widget<QPushButton>(s.app->request, "RB_3");
     QVERIFY(row && row->isVisible());
     const std::string title = row->text().toStdString();
@@ -146,7 +133,7 @@ void DesktopTest::rowPressRaisesTheRequest() {
 }
 
 void DesktopTest::onAirPopUpCountsDown() {
-    DesktopStation& s = *station;
+    TestStation& s = *station;
     // The demo's songs are short: the pop-up comes up before each mix and
     // counts the seconds to it.
     QWidget* pop_up = s.desktop->widget_of(s.app->playback.on_air);
@@ -163,7 +150,7 @@ void DesktopTest::onAirPopUpCountsDown() {
 }
 
 void DesktopTest::menuItemsWithoutAWindowAreGreyed() {
-    DesktopStation& s = *station;
+    TestStation& s = *station;
     // Every item has its window now, the CD player's last.
     QVERIFY(s.widget<QAction>(s.app->qx_main, "CD_PLYR")->isEnabled());
     QVERIFY(s.desktop->widget_of(s.app->cd_player) != nullptr);
@@ -176,4 +163,48 @@ void DesktopTest::menuItemsWithoutAWindowAreGreyed() {
     QVERIFY(s.desktop->widget_of(s.app->about)->isVisible());
     QTest::mouseClick(s.widget<QPushButton>(s.app->about, "cmdOK"), Qt::LeftButton);
     QVERIFY(!s.desktop->widget_of(s.app->about)->isVisible());
+}
+
+void DesktopTest::missingLibraryIsAskedFor() {
+    // The library moved away: start-up asks for it in the Part's input box,
+    // takes the answer, says so, and the desktop comes up on it.
+    TestFolder folder;
+    QVERIFY(make_demo_station(folder.path(), 60));
+    std::filesystem::rename(folder.path() / "qx1.mdb", folder.path() / "moved.mdb");
+    DesktopStation s(folder.path(), DesktopStation::Players::Probe, DesktopStation::Desk::Qt);
+    QString asked, told;
+    // Each dialog is answered from the loop it runs, once it is up.
+    QTimer answer;
+    answer.setInterval(20);
+    QObject::connect(&answer, &QTimer::timeout, [&] {
+        QWidget* up = QApplication::activeModalWidget();
+        if (auto* box = qobject_cast<QInputDialog*>(up)) {
+            asked = box->windowTitle();
+            box->setTextValue("c:\\tavora\\moved.mdb");
+            box->accept();
+        } else if (auto* said = qobject_cast<QMessageBox*>(up)) {
+            told = said->text();
+            said->accept();
+        }
+    });
+    answer.start();
+    QVERIFY(s.start());
+    QCOMPARE(asked, QString("TQXMS DATABASE MISSING!!!"));
+    QCOMPARE(told, QString("Your Database hase been changed to: c:\\tavora\\moved.mdb"));
+    QCOMPARE(s.app->station.Act_Db, std::string("c:\\tavora\\moved.mdb"));
+    QVERIFY(s.widget<QWidget>(s.app->request, "Frame1")->isVisible());
+}
+
+void DesktopTest::exitEndsTheApplication() {
+    TestFolder folder;
+    QVERIFY(make_demo_station(folder.path(), 60));
+    DesktopStation s(folder.path(), DesktopStation::Players::Probe);
+    s.app->on_end = [&s] { s.loop.quit(); };
+    QVERIFY(s.start());
+    QTimer::singleShot(0,
+                       [&s] { s.loop.run_event([&s] { s.app->qx_main.click("mnu_File_Exit"); }); });
+    // Should the exit not end the loop, this one does, with another code.
+    QTimer::singleShot(10'000, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(s.app->ended());
 }

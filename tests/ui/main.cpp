@@ -12,6 +12,8 @@ int main(int argc, char** argv) {
     failed += QTest::qExec(&binder, argc, argv);
     DialogsTest dialogs;
     failed += QTest::qExec(&dialogs, argc, argv);
+    LayoutsTest layouts;
+    failed += QTest::qExec(&layouts, argc, argv);
     DesktopTest desktop;
     failed += QTest::qExec(&desktop, argc, argv);
     return failed == 0 ? 0 : 1;

@@ -31,4 +31,12 @@ class DesktopTest : public QObject {
     void rowPressRaisesTheRequest();
     void onAirPopUpCountsDown();
     void menuItemsWithoutAWindowAreGreyed();
+    void missingLibraryIsAskedFor();
+    void exitEndsTheApplication();
+};
+
+class LayoutsTest : public QObject {
+    Q_OBJECT
+  private slots:
+    void everyControlFindsItsWidget();
 };
