@@ -241,8 +241,8 @@ void Form1::catalogue_disc() {
     std::string disc = ask.InputBox("Enter Title For This CD", "Enter Title");
     if (disc.empty()) disc = s_.CD_Id;
 
-    // Every answer is asked before the first row is written, so that a
-    // disc's rows go in together or not at all.
+    // Every answer is asked before the first row is written, so the rows go
+    // in one after another with no question between them.
     struct Names {
         std::string title, artist;
     };

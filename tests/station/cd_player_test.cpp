@@ -207,6 +207,22 @@ TEST_F(CdPlayer, ABreakOrderWithTheCdOpensTheView) {
     EXPECT_EQ(s.Live_Mode, 2);
 }
 
+TEST_F(CdPlayer, ADataDiscIsReadAsOneTrackAndNeitherCataloguedNorCued) {
+    std::filesystem::create_directories(fake.home() / "data");
+    std::ofstream(fake.home() / "data" / "setup.exe") << "MZ";
+    EXPECT_TRUE(app->insert_cd(fake.home() / "data").empty());
+    app->cd_player.CDButt_Click();
+    seconds(3);
+    Form1& cd = app->cd_player;
+    EXPECT_TRUE(asked().empty());
+    EXPECT_EQ(cd.CD_Tracks, 1);
+    EXPECT_FALSE(cd.CD_Loaded);
+    EXPECT_TRUE(cd.eject.Enabled);
+    EXPECT_FALSE(cd.play.Enabled);
+    EXPECT_EQ(app->station.CD_Mode, 0);
+    EXPECT_TRUE(column("Format").empty());
+}
+
 TEST_F(CdPlayer, NoDriveAndNoDiscAreToldAndTheStationGoesOn) {
     // The machine's drive, which this one doesn't have.
     std::ofstream(fake.home() / "tavora.ini") << "CD Device=/nonexistent/cdrom\r\n";
