@@ -32,7 +32,6 @@ struct Station {
     int Over_On = 0;
     int Auto_PL_First = 1;
     int Req_Open = 0, Req_Skip = 0;
-    int Enc_Ok = 0;
     bool IIS_On = false;
     bool IIS_AutoLoad = false;
     int IIS_Line = 0, IIS_Saved = 0, IIS_Tick = 10;
@@ -44,18 +43,15 @@ struct Station {
     int BP_Count = 0, BP_Done = 0;
     int Ply_Closing = 0;
     int SM_State = 0;
-    int Ply7_Was = 0;
     int Live_Ticks = 0;
     int Least_Flip = 0;
     int Live_Mode = 0;
     int Idle_Count = 10;
-    std::string Marq_Text;
     std::array<std::string, 5> BP_Titles{}, BP_Artists{};
     std::string BP_Artist = "a";
     int PL_Build = 0, PL_Marker = 0, PL_Random = 0;
     int Ui_Tick = 0;
     int Skip_Quiet = 0;
-    int Wiz_On = 0;
     int Req_Hold = 0;
     int MFilter = 0;
     int Antiskip = 0;
@@ -68,7 +64,6 @@ struct Station {
     int CD_Mode = 0;
     int Run_Mode = 1;  // 0 normal, 1 remote use, 2 auto start pending
     int Rev_Drive = 0;
-    int Clone_On = 0;
     int Live_Pop = 0, Pause_At = 0;
     int Least_Ctr = 0, Least_Every = 15;
     std::string Log_Name;

@@ -38,7 +38,7 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
       playback(station, services, PlaybackScreens{qx_main, loding, viewer}, tavora_db.Data1,
                players ? players : probe_players(services.clock, services.loop),
                SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }}),
-      recorder(station, services, viewer, std::move(encoders)) {
+      recorder(services, viewer, std::move(encoders)) {
     wire_request_menus(qx_main, request, mail, web, manager);
     wire_request_window(station, qx_main, request, mail, manager, playback, viewer);
     schedule.CheckTime = request.CheckTime;
