@@ -13,8 +13,6 @@ inline constexpr int kPlayers = 7;
 // reference, so each test builds a fresh one. Members keep the names the
 // rules are written with. True is -1 wherever a number stands for a boolean.
 struct Station {
-    // Saved Max Plays preset of the record editor.
-    int Pre_Day = 1, Pre_Week = 2, Pre_Month = 4;
     int Hot_Left = 0;
     int Cmp_Fail = 0;
     int Web_Run = 0;
