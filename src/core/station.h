@@ -17,7 +17,6 @@ struct Station {
     int Cmp_Fail = 0;
     int Web_Run = 0;
     int Snip_Max = 1;
-    int Snip_Run = 0;
     double Wnd_Left = 210, Wnd_Height = 7950, Wnd_Width = 11565, Wnd_Top = 525;
     std::array<std::string, 101> Active_Cats{};  // 1 to 100
     int Wnd_State = 2;
@@ -29,7 +28,7 @@ struct Station {
     int Marq_Page = 1;
     int Over_On = 0;
     int Auto_PL_First = 1;
-    int Req_Open = 0, Req_Skip = 0;
+    int Req_Open = 0;
     bool IIS_On = false;
     bool IIS_AutoLoad = false;
     int IIS_Line = 0, IIS_Saved = 0, IIS_Tick = 10;
@@ -38,16 +37,12 @@ struct Station {
     std::string IIS_File = "c:\\tavora\\newreq.tqf";
     std::string Debug_Step;
     int Fall_Used = 0;
-    int BP_Count = 0, BP_Done = 0;
     int Ply_Closing = 0;
     int SM_State = 0;
     int Live_Ticks = 0;
-    int Least_Flip = 0;
     int Live_Mode = 0;
     int Idle_Count = 10;
-    std::array<std::string, 5> BP_Titles{}, BP_Artists{};
-    std::string BP_Artist = "a";
-    int PL_Build = 0, PL_Marker = 0, PL_Random = 0;
+    int PL_Build = 0, PL_Marker = 0;
     int Ui_Tick = 0;
     int Skip_Quiet = 0;
     int Req_Hold = 0;
@@ -63,7 +58,7 @@ struct Station {
     int Run_Mode = 1;  // 0 normal, 1 remote use, 2 auto start pending
     int Rev_Drive = 0;
     int Live_Pop = 0, Pause_At = 0;
-    int Least_Ctr = 0, Least_Every = 15;
+    int Least_Every = 15;
     std::string Log_Name;
     std::string Log_Line;
     int Ply_View = 0;
@@ -94,27 +89,16 @@ struct Station {
     int PL_Next = 1;
     int Stat_Slot = 0;
 
-    // One run of selection: its source state, the sweep and the book-keeping
-    // of the rules (see the selection driver and filter).
-    int Sel_State = 0, Sel_Found = 0;
-    int Qry_Empty = 0;
-    int Rnd_Start = 0, Scan_Pos = 0, Scan_Count = 0;
+    // Selection's place on the CD: the row it scans from, and the pass
+    // that offers only the disc's tracks.
     int CD_Pos = 0;
-    int Hot_Active = 0;
-    int BP_Full = 0, BP_Scan = 0;
-    int CD_Pass = 0, Promo_Pass = 0;
-    std::string Set_Format;
-    int Two_X = 0;
-    int Pick_Count = 0;
-    int Fall_Count = 0;
+    int CD_Pass = 0;
     // Set when the fallback found no row it may take: the slot stays empty
     // and the player side stops the run with a message.
     int Sel_Starved = 0;
 
-    // The last commit and its chart lead.
+    // The file of the last commit.
     std::string Cue_File;
-    std::string Lead_Type;
-    int Lead_Pos = 0, Lead_Field = 0;
 
     // Schedule engine.
     int Active_Next = 0;
