@@ -104,7 +104,7 @@ void Playback::Load_It() {
         s_.Slot_Ready[s_.Cue_Slot] = 2;
     }
     if (s_.Cue_Slot == 7) {
-        s_.Settle_Count = 0;
+        Settle_Count = 0;
         s_.Cue_Slot = 8;
         if (s_.Ply7_On == 1) {
             for (int i = 1; i <= 6; ++i) {
@@ -113,8 +113,8 @@ void Playback::Load_It() {
             }
         }
     }
-    if (s_.Cue_Slot == 8) ++s_.Settle_Count;
-    if (s_.Cue_Slot == 8 && s_.Settle_Count == 6) {
+    if (s_.Cue_Slot == 8) ++Settle_Count;
+    if (s_.Cue_Slot == 8 && Settle_Count == 6) {
         Cue_Players();
         s_.Ply_Now = 1;
         for (int i = 1; i <= 6; ++i)
@@ -122,7 +122,7 @@ void Playback::Load_It() {
         s_.Load_Busy = 0;
         show_next_caption(s_.Ply_Now + 1);
         main_caption("   Tavora Music System Ver. ", s_.Ply_Now);
-        s_.Skip_Quiet = 0;
+        Skip_Quiet = 0;
         viewer_.Visible = true;
         if (s_.CD_Mode != 2 && s_.Live_Mode != 2) {
             Players(1).play();
@@ -134,7 +134,7 @@ void Playback::Load_It() {
             return;
         }
         TimerViewer().SetEnabled(true);
-        s_.Load_Once = 1;
+        Load_Once = 1;
     }
     main_.MousePointer = 0;
 }

@@ -37,8 +37,8 @@ std::pair<const char*, const char*> marker(char digit) {
 }  // namespace
 
 void Playback::Amovie_fader() {
-    for (s_.Ply_Scan = 1; s_.Ply_Scan <= kPlayers; ++s_.Ply_Scan) {
-        const int i = s_.Ply_Scan;
+    for (Ply_Scan = 1; Ply_Scan <= kPlayers; ++Ply_Scan) {
+        const int i = Ply_Scan;
         MediaPlayer& player = Players(i);
         if (player.PlayState() != MediaPlayer::kPlaying && s_.Slot_Started[i] == 1) {
             Control& line = viewer_.Label1(i + 13);

@@ -136,7 +136,7 @@ void Playback::PlayStateChange(int n) {
     if (s_.Load_Busy > 0) return;
     MediaPlayer& player = Players(n);
     const int slot = n == 7 ? 14 : n;
-    if (n == 7) s_.Debug_Step = "State Chg Ply7";
+    if (n == 7) Debug_Step = "State Chg Ply7";
     if (player.PlayState() == MediaPlayer::kPlaying && s_.Slot_Ready[slot] != 3) {
         s_.Slot_Ready[slot] = 3;
         if (!viewer_.video_off()) Player_Forms(n).Visible = true;
@@ -147,7 +147,7 @@ void Playback::PlayStateChange(int n) {
     if (player.PlayState() != MediaPlayer::kStopped) return;
     if (n == 7) {
         KickOut();
-    } else if (n == 1 || s_.Stop_Hold == 0) {
+    } else if (n == 1 || Stop_Hold == 0) {
         Player_Forms(n).Visible = false;
         s_.Slot_Started[n] = 1;
     }
@@ -159,9 +159,9 @@ void Playback::PlayerError(int n) {
 }
 
 void Playback::Player_QueryUnload(int) {
-    s_.Ply_Closing = 1;
+    Ply_Closing = 1;
     Skip_One();
-    s_.Ply_Closing = 0;
+    Ply_Closing = 0;
 }
 
 }  // namespace tavora

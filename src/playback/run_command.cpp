@@ -17,7 +17,7 @@ void Playback::Run() {
         return;
     }
     if (s_.Run_Mode == 1) return;
-    s_.Skip_Quiet = 2;
+    Skip_Quiet = 2;
     if (!viewer_QueryUnload()) return;
 
     viewer_.Loaded = true;
@@ -57,7 +57,7 @@ void Playback::Run() {
     s_.Cue_Slot = 1;
     s_.Load_Busy = 1;
     if (!Load_Wavs()) return;
-    s_.Ply_View = 1;
+    Ply_View = 1;
     TimerViewer().SetEnabled(true);
     loding_.Visible = false;
     main_.MousePointer = 0;
@@ -76,7 +76,7 @@ void Playback::Run() {
         station_port.CDButt_Click) {
         station_port.CDButt_Click();
     }
-    if (s_.Live_Pop == 1) s_.OnAir_Phase = 1;
+    if (s_.Live_Pop == 1) OnAir_Phase = 1;
 }
 
 }  // namespace tavora

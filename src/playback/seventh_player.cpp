@@ -10,7 +10,7 @@ void Playback::start_seventh() {
     viewer_.Label1(21).Visible = false;
     MediaPlayer& seventh = Players(7);
     if (seventh.PlayState() == MediaPlayer::kPlaying || s_.Ply7_On != 1) return;
-    s_.Ply7_Secs = 0;
+    Ply7_Secs = 0;
     if (seventh.PlayState() == MediaPlayer::kStopped) {
         if (seventh.SelectionStart() != s_.Slot_Start[14])
             seventh.SelectionStart(s_.Slot_Start[14]);
@@ -40,9 +40,9 @@ void Playback::start_seventh() {
 }
 
 void Playback::APlayer7_Timer() {
-    if (s_.APlayer7_Busy == 1) return;
-    s_.Debug_Step = "Aplay7 Timer";
-    ++s_.Ply7_Secs;
+    if (APlayer7_Busy == 1) return;
+    Debug_Step = "Aplay7 Timer";
+    ++Ply7_Secs;
     MediaPlayer& seventh = Players(7);
     if (seventh.SelectionEnd() > 0 && seventh.PlayState() == MediaPlayer::kPlaying) {
         const double x = seventh.SelectionEnd() - seventh.CurrentPosition();
@@ -50,22 +50,22 @@ void Playback::APlayer7_Timer() {
         // Far from its end the seventh song holds the next set back; in its
         // last seconds the set may start under it.
         if (x > s_.Ply7_Mix || y > s_.Ply7_Mix) {
-            s_.Settle_Count = 0;
+            Settle_Count = 0;
         } else if (!viewer_.mode_m7() && !TimerViewer().Enabled()) {
             TimerViewer().SetEnabled(true);
         }
     }
     // "M7" holds the next set for as long as this timer runs; KickOut stops
     // it once the seventh song is over, so the next set can start.
-    if (viewer_.mode_m7()) s_.Settle_Count = 0;
-    s_.APlayer7_Busy = 1;
+    if (viewer_.mode_m7()) Settle_Count = 0;
+    APlayer7_Busy = 1;
     Amovie_fader();
-    s_.APlayer7_Busy = 0;
+    APlayer7_Busy = 0;
     if (seventh.PlayState() == MediaPlayer::kStopped) KickOut();
 }
 
 void Playback::KickOut() {
-    s_.Debug_Step = "KickOut";
+    Debug_Step = "KickOut";
     APlayer7().SetEnabled(false);
     Player_Forms(7).Visible = false;
     s_.Slot_Started[14] = 1;
