@@ -7,6 +7,10 @@ namespace tavora {
 
 inline constexpr int kSlots = 16;  // slots 1 to 15; 0 is never used
 inline constexpr int kPlayers = 7;
+// The slots past the six of a set that the rules give a meaning to.
+inline constexpr int kHoldSlot = 13;     // a song waits here while a chart lead takes its slot
+inline constexpr int kSeventhSlot = 14;  // the seventh player's
+inline constexpr int kCdSlot = 15;       // the CD player's
 
 // The system's shared state: every variable that more than one window reads.
 // One object per running station, owned by the application and passed by

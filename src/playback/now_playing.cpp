@@ -55,7 +55,7 @@ void Playback::place_video_window(MpFm& window, MediaPlayer& player) {
     const Form* screen = request.form;
     const int slot = window.number;
     for (Video_Size = 2; Video_Size != 8;) {
-        window.Caption = s_.Slot_Title[slot == 7 ? 14 : slot];
+        window.Caption = s_.Slot_Title[slot == 7 ? kSeventhSlot : slot];
         look.DisplaySize = Video_Size;
         look.Visible = true;
         window.WindowState = 0;
@@ -153,7 +153,7 @@ void Playback::on_air_popup() {
     for (int row = 0; row <= 3; ++row, ++slot) {
         std::string title;
         if (s_.Ply7_On == 1 && slot == 7) {
-            title = s_.Slot_Title[14];
+            title = s_.Slot_Title[kSeventhSlot];
         } else {
             const int shown = s_.Ply7_On == 1 && slot > 7 ? slot - 1 : slot;
             if (shown <= 12) title = s_.Slot_Title[shown];

@@ -144,7 +144,7 @@ class Playback {
     void place_video_window(MpFm& window, MediaPlayer& player);
     void Stop_Run(const std::string& message);
     bool is_playing(int n) { return Players(n).PlayState() == MediaPlayer::kPlaying; }
-    MediaPlayer& player_of_slot(int slot) { return Players(slot == 14 ? 7 : slot); }
+    MediaPlayer& player_of_slot(int slot) { return Players(slot == kSeventhSlot ? 7 : slot); }
 
     Station& s_;
     const Services& services_;

@@ -12,10 +12,11 @@ void Playback::start_seventh() {
     if (seventh.PlayState() == MediaPlayer::kPlaying || s_.Ply7_On != 1) return;
     Ply7_Secs = 0;
     if (seventh.PlayState() == MediaPlayer::kStopped) {
-        if (seventh.SelectionStart() != s_.Slot_Start[14])
-            seventh.SelectionStart(s_.Slot_Start[14]);
-        if (s_.Slot_End[14] > 0) {
-            if (seventh.SelectionEnd() != s_.Slot_End[14]) seventh.SelectionEnd(s_.Slot_End[14]);
+        if (seventh.SelectionStart() != s_.Slot_Start[kSeventhSlot])
+            seventh.SelectionStart(s_.Slot_Start[kSeventhSlot]);
+        if (s_.Slot_End[kSeventhSlot] > 0) {
+            if (seventh.SelectionEnd() != s_.Slot_End[kSeventhSlot])
+                seventh.SelectionEnd(s_.Slot_End[kSeventhSlot]);
         } else {
             seventh.SelectionEnd(seventh.Duration());
         }
@@ -32,11 +33,11 @@ void Playback::start_seventh() {
     s_.Ply_Now = 7;
     P_view();
     s_.Ply_Now = 6;
-    s_.Slot_Started[14] = 0;
+    s_.Slot_Started[kSeventhSlot] = 0;
     TimerViewer().SetEnabled(false);  // the end of the tick turns it on again
     show_next_caption(7);
     main_caption("   Tavora Ver Music System ", 14);
-    Player_Forms(7).Caption = s_.Slot_Title[14];
+    Player_Forms(7).Caption = s_.Slot_Title[kSeventhSlot];
 }
 
 void Playback::APlayer7_Timer() {
@@ -68,8 +69,8 @@ void Playback::KickOut() {
     Debug_Step = "KickOut";
     APlayer7().SetEnabled(false);
     Player_Forms(7).Visible = false;
-    s_.Slot_Started[14] = 1;
-    s_.Slot_Ready[14] = 0;
+    s_.Slot_Started[kSeventhSlot] = 1;
+    s_.Slot_Ready[kSeventhSlot] = 0;
     if (!TimerViewer().Enabled() && !stopped_) TimerViewer().SetEnabled(true);
 }
 

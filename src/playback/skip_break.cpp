@@ -48,8 +48,8 @@ void Playback::Skip_One() {
     }
     if (s_.Ply_Now == 7) {
         player.Stop();
-        s_.Slot_Started[14] = 1;
-        s_.Slot_Ready[14] = 0;
+        s_.Slot_Started[kSeventhSlot] = 1;
+        s_.Slot_Ready[kSeventhSlot] = 0;
     }
     if (remembered) s_.Ply_Now = remembered;
 }

@@ -79,7 +79,7 @@ void Playback::hand_over_scan() {
         // next tick pauses it.
         if (s_.Ply_Now == Pause_At) next.Mute(true);
         P_view();
-        if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(14);
+        if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(kSeventhSlot);
         s_.Cue_Slot = s_.Ply_Now + 6;
         s_.Load_Due = 1;
     }
@@ -111,7 +111,7 @@ void Playback::stall_recovery() {
                 s_.Load_Limit = 0;
                 player.play();
                 P_view();
-                if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(14);
+                if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(kSeventhSlot);
                 s_.Cue_Slot = s_.Ply_Now + 6;
                 s_.Load_Due = 1;
             }

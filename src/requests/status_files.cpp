@@ -55,7 +55,7 @@ void Request::write_status_files() {
     if (s.Ply7_On == 1 && Stat_Slot == 1) {
         // The seventh player's song went out between the sets: it joins the
         // history at the next write.
-        Stat_Hist[10] = s.Slot_Title[14] + " - " + time_text;
+        Stat_Hist[10] = s.Slot_Title[kSeventhSlot] + " - " + time_text;
     }
     out.write_line(Stat_Hist[11]);
     if (Stat_Slot < 12) out.write_line("TQXAMS Plays All The Hits! Current Time: " + time_text);

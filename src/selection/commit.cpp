@@ -61,7 +61,7 @@ void Selection::Load_AmTemps() {
         row.SetField(counter, plus_one(field(row, counter)));
     row.Update();
 
-    if (s_.CD_Mode == 1 && slot == 15 && hooks.cd_seek)
+    if (s_.CD_Mode == 1 && slot == kCdSlot && hooks.cd_seek)
         hooks.cd_seek(static_cast<int>(Int(Val(field(row, rec::CDTrack).text()))));
 
     // Any special record counts towards the run; one normal record ends it.
@@ -125,7 +125,7 @@ void Selection::load_lead(int slot) {
 // lead takes the slot and the song waits in the hold slot 13.
 void Selection::Check_Lead() {
     const int slot = s_.Cue_Slot;
-    if (slot == 12 || slot == 14 || slot == 15) return;
+    if (slot == 12 || slot == kSeventhSlot || slot == kCdSlot) return;
     Recordset& rows = Data3.Recordset();
     const long remembered = rows.AbsolutePosition();
     const std::string source = Data3.RecordSource;

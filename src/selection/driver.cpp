@@ -57,12 +57,12 @@ void Selection::GetNew() {
     s_.Sel_Starved = 0;
     if (hooks.trace) trace("GetNew for slot " + std::to_string(s_.Cue_Slot));
 
-    if (s_.Ply7_On == 1 && s_.Cue_Slot == 14) Sel_State = 8;
-    if (s_.Cue_Slot == 15) Sel_State = 10;
+    if (s_.Ply7_On == 1 && s_.Cue_Slot == kSeventhSlot) Sel_State = 8;
+    if (s_.Cue_Slot == kCdSlot) Sel_State = 10;
     GetQry();
     // The seventh player starts on NormSel in the rotation state: no promo,
     // no request, no hot list, no block party.
-    if (s_.Ply7_On == 1 && s_.Cue_Slot == 14) Sel_State = 3;
+    if (s_.Ply7_On == 1 && s_.Cue_Slot == kSeventhSlot) Sel_State = 3;
     Scan_Count = Data3.Recordset().RecordCount();
     Hot_Active = 0;
 
@@ -196,7 +196,7 @@ void Selection::fallback() {
     // silent after the bridge, so the seventh player draws again for a song
     // while the library has one it could take.
     const bool songs_only =
-        s_.Cue_Slot == 14 && bridge_songs_only && fallback_row_from(1, true) != 0;
+        s_.Cue_Slot == kSeventhSlot && bridge_songs_only && fallback_row_from(1, true) != 0;
     Recordset& rows = Data3.Recordset();
     const long draws = std::min(kFallbackDraws, rows.RecordCount());
     for (long attempt = 1; Sel_State == 4; ++attempt) {

@@ -23,7 +23,7 @@ const Value kFalse = Value::boolean(false);
 }  // namespace
 
 bool Selection::offer_cd_track() {
-    if (s_.CD_Mode != 1 || s_.Cue_Slot != 15) return false;
+    if (s_.CD_Mode != 1 || s_.Cue_Slot != kCdSlot) return false;
     if (field(Data3.Recordset(), rec::Format) == Value(s_.CD_Id)) {
         s_.CD_Pos = Scan_Pos;
         Filter_It();
@@ -37,11 +37,11 @@ void Selection::ApplyRules() {
     Recordset& rows = Data3.Recordset();
     if (rows.IsEOF() || offer_cd_track()) return;
     const bool special = !field(rows, rec::Source).is_null();
-    if (s_.Cue_Slot != 14 && !special) {
+    if (s_.Cue_Slot != kSeventhSlot && !special) {
         Filter_It();
     } else if (s_.Cue_Slot == 12) {
         trace_row("slot 12 takes no special record");
-    } else if (s_.Cue_Slot == 14) {
+    } else if (s_.Cue_Slot == kSeventhSlot) {
         if (seventh_may_take(rows)) {
             Filter_It();
         } else {
@@ -169,7 +169,7 @@ const char* Selection::judge_row() {
     }
     if (Sel_State == 3) {
         Two_X = 0;
-        if (s_.Cue_Slot != 14 && s_.CD_Pass == 0) Filter_HotCheck();
+        if (s_.Cue_Slot != kSeventhSlot && s_.CD_Pass == 0) Filter_HotCheck();
         why = limit(rec::HowManyMonth, rec::MaxMonth, rec::MonthlyReset, "m", "monthly limit");
         if (Sel_State == 3)
             why = limit(rec::HowManyWeek, rec::MaxPlayWeek, rec::WeeklyReset, "ww", "weekly limit");
