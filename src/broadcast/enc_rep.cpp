@@ -214,14 +214,29 @@ void EncRep::Stop_Click() {
     const std::string saved =
         services_.dialogs.SaveFile("Tavora Recorded File Save", "ASF|*.asf", "c:\\tavora", name);
     if (saved.empty()) return;
-    if (!files::Copy(native(temp), native(saved))) return;
-    files::Kill(native(temp));
+    if (!save_take(temp, saved)) return;
     if (!Asf_Add) return;
     if (services_.dialogs.MsgBox(
             "Would you like to load " + name + " into the program director now?", Buttons::YesNo,
             "Auto PM Load Wizard") != Answer::Yes)
         return;
     Asf_Add(saved);
+}
+
+// The rules copy without looking; an operator who loses a take must hear why.
+bool EncRep::save_take(const std::string& temp, const std::string& saved) {
+    if (!files::Exists(native(temp))) {
+        services_.dialogs.MsgBox("The temporary file " + temp +
+                                 " was deleted while recording: nothing could be saved.");
+        return false;
+    }
+    if (!files::Copy(native(temp), native(saved))) {
+        services_.dialogs.MsgBox("The recording could not be saved as " + saved + "; it stays in " +
+                                 temp + ".");
+        return false;
+    }
+    files::Kill(native(temp));
+    return true;
 }
 
 void EncRep::DoReport() {

@@ -75,6 +75,7 @@ class EncRep : public Form {
     void TQX_Live();
     bool create_object();
     void check_temp();
+    bool save_take(const std::string& temp, const std::string& saved);
     void started(Control& button);
     void all_buttons_face();
     std::string native(const std::string& dos) const;

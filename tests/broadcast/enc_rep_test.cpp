@@ -201,6 +201,39 @@ TEST_F(Recorder, StopNamesSavesAndHandsTheRecordingToTheLibrary) {
     EXPECT_GT(std::filesystem::file_size(home() / "Morning Show - Tavora FM.asf"), 1000u);
 }
 
+// A take whose temporary file went while it recorded, or that can't be copied where
+// the operator chose, is told, and a copy that failed keeps the take where it was.
+TEST_F(Recorder, ATakeThatCantBeSavedIsToldAndKeptWhereItCanBe) {
+    rep_.click("Start28");
+    render(3);
+    dialogs_.QueueText("Lost Take");
+    dialogs_.QueueText("Tavora FM");
+    dialogs_.QueueText("c:\\tavora\\no\\such\\folder\\Lost Take - Tavora FM.asf");
+    rep_.click("Stop");
+    EXPECT_EQ(dialog_texts().back(),
+              "The recording could not be saved as c:\\tavora\\no\\such\\folder\\Lost Take - "
+              "Tavora FM.asf; it stays in c:\\qx288f.asf.");
+    EXPECT_GT(std::filesystem::file_size(temp("qx288f.asf")), 1000u);
+
+    bool handed = false;
+    rep_.Asf_Add = [&](const std::string&) { handed = true; };
+    dialogs_.Queue(Answer::Yes);  // the kept take goes
+    rep_.click("Start28");
+    ASSERT_NE(rep_.Enc_Obj(), nullptr) << log_;
+    render(3);
+    std::filesystem::remove(temp("qx288f.asf"));
+    render(3);
+    dialogs_.QueueText("Gone Take");
+    dialogs_.QueueText("Tavora FM");
+    dialogs_.QueueText("c:\\tavora\\Gone Take - Tavora FM.asf");
+    rep_.click("Stop");
+    EXPECT_EQ(dialog_texts().back(),
+              "The temporary file c:\\qx288f.asf was deleted while recording: nothing could be "
+              "saved.");
+    EXPECT_FALSE(std::filesystem::exists(home() / "Gone Take - Tavora FM.asf"));
+    EXPECT_FALSE(handed);
+}
+
 TEST_F(Recorder, TheVolumeControlIsTheDesktopsMixerOrThePartsMessage) {
     rep_.click("Command2");
     ASSERT_FALSE(launcher_.started.empty());

@@ -64,6 +64,15 @@ class IcecastServer {
         pid_ = 0;
     }
 
+    // Stops the server in its tracks: its sockets stay open and answer nothing, as a
+    // hung or overloaded server's do.
+    void freeze() const {
+        if (pid_ > 0) kill(pid_, SIGSTOP);
+    }
+    void thaw() const {
+        if (pid_ > 0) kill(pid_, SIGCONT);
+    }
+
     std::string status() const { return FetchIcecastStatus("127.0.0.1", port_).value_or(""); }
     std::string url(const std::string& mount) const {
         return "http://127.0.0.1:" + std::to_string(port_) + mount;

@@ -148,5 +148,25 @@ TEST_F(Streaming, AWrongPasswordIsLoggedAndRetriedWhileTheRecordingGoesOn) {
     EXPECT_EQ(ListenersOf(server_.status(), "/tavora.mp3"), -1);  // no such mount
 }
 
+// A server that stops answering mid-stream holds up neither the air, nor the
+// recording, nor the operator's Stop, whatever call the stream was in.
+TEST_F(Streaming, AHungServerHoldsUpNeitherTheRecordingNorTheStop) {
+    titles_.set("Before - The Band");
+    start("mp3", "/tavora.mp3");
+    ASSERT_TRUE(title_shows("/tavora.mp3", "Before - The Band")) << log();
+
+    server_.freeze();
+    titles_.set("While Hung - The Band");  // a title update waits on the server's answer
+    const std::int64_t size = encoder_->RecordSize();
+    EXPECT_TRUE(eventually([&] { return encoder_->RecordSize() > size + 20'000; }, 5s)) << log();
+    EXPECT_TRUE(encoder_->IsRecording());
+
+    auto stopped = std::async(std::launch::async, [this] { encoder_->Stop(); });
+    EXPECT_EQ(stopped.wait_for(5s), std::future_status::ready) << log();
+    server_.thaw();
+    stopped.wait();
+    EXPECT_FALSE(encoder_->IsStarted());
+}
+
 }  // namespace
 }  // namespace tavora

@@ -140,6 +140,24 @@ TEST_F(Recording, ACodecThatRefusesTheBitrateOrAMissingFolderStartsNothing) {
     EXPECT_FALSE(encoder.IsStarted());
 }
 
+// /dev/full fails every write as a full disk does: the recording ends with its
+// line in the log, and the air it was taking goes on.
+TEST_F(Recording, AFullDiskEndsTheRecordingWithALineAndTheAirGoesOn) {
+    auto encoder = encoder_for("codec = mp3\nbitrate = 128\nfile = z:\\dev\\full\n");
+    play_programme();
+    ASSERT_TRUE(encoder->Start()) << log_;
+    render(20);
+    EXPECT_FALSE(encoder->IsRecording());
+    EXPECT_TRUE(encoder->IsStarted());
+    EXPECT_NE(log_.find("failed (is the disk full?); the recording ends here, the air goes on"),
+              std::string::npos)
+        << log_;
+    const double heard = player_->CurrentPosition();
+    render(5);
+    EXPECT_NEAR(player_->CurrentPosition() - heard, 5.0, 0.1);
+    encoder->Stop();
+}
+
 // The mixer's side of the hand-over never waits on air: what doesn't fit is counted.
 // Offline, where there is no air, it waits for the consumer and loses nothing.
 TEST(MixRing, OnAirAFullRingDropsAndCountsOfflineItWaits) {

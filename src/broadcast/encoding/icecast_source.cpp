@@ -29,6 +29,9 @@ struct ShoutLibrary {
 
 }  // namespace
 
+// Longer than a healthy server takes to close; a hung one is left behind.
+constexpr auto kCloseWait = std::chrono::seconds(2);
+
 IcecastSource::IcecastSource(StreamTarget target, std::string format, const Profile& profile,
                              EncoderLog log)
     : target_(std::move(target)),
@@ -38,20 +41,51 @@ IcecastSource::IcecastSource(StreamTarget target, std::string format, const Prof
       channels_(std::to_string(profile.channels)),
       log_(std::move(log)) {
     static ShoutLibrary library;
-    thread_ = std::thread([this] { run(); });
+}
+
+std::shared_ptr<IcecastSource> IcecastSource::start(StreamTarget target, std::string format,
+                                                    const Profile& profile, EncoderLog log) {
+    std::shared_ptr<IcecastSource> source(
+        new IcecastSource(std::move(target), std::move(format), profile, std::move(log)));
+    source->thread_ = std::thread([self = source] {
+        self->run();
+        {
+            std::lock_guard lock(self->mutex_);
+            self->done_ = true;
+        }
+        self->wake_.notify_all();
+    });
+    return source;
+}
+
+void IcecastSource::close() {
+    std::unique_lock lock(mutex_);
+    if (!thread_.joinable()) return;
+    quit_ = true;
+    wake_.notify_all();
+    if (wake_.wait_for(lock, kCloseWait, [this] { return done_; })) {
+        lock.unlock();
+        thread_.join();
+        return;
+    }
+    thread_.detach();
+    log_("stream: " + address() +
+         " does not answer; its connection is left to end when the server does");
 }
 
 IcecastSource::~IcecastSource() {
-    {
-        std::lock_guard lock(mutex_);
-        quit_ = true;
-    }
-    wake_.notify_all();
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
     if (shout_) {
         shout_close(as_shout(shout_));
         shout_free(as_shout(shout_));
     }
+}
+
+// Holds the lock while it logs, so that once `close` has returned no line
+// reaches a log whose owner may be gone.
+void IcecastSource::say(const std::string& line) {
+    std::lock_guard lock(mutex_);
+    if (!quit_) log_(line);
 }
 
 std::string IcecastSource::address() const {
@@ -111,14 +145,14 @@ bool IcecastSource::connect_once(int attempt) {
     shout_set_audio_info(s, SHOUT_AI_CHANNELS, channels_.c_str());
     const int result = shout_open(s);
     if (result == SHOUTERR_SUCCESS || result == SHOUTERR_CONNECTED) {
-        log_("stream: connected to " + address() + " (attempt " + std::to_string(attempt) + ")");
+        say("stream: connected to " + address() + " (attempt " + std::to_string(attempt) + ")");
         return true;
     }
     const std::string why = result == SHOUTERR_NOLOGIN
                                 ? "the server refused the login of user \"" + target_.user + "\""
                                 : std::string(shout_get_error(s));
-    log_("stream: attempt " + std::to_string(attempt) + " to reach " + address() +
-         " failed: " + why);
+    say("stream: attempt " + std::to_string(attempt) + " to reach " + address() +
+        " failed: " + why);
     shout_close(s);
     return false;
 }
@@ -135,7 +169,7 @@ void IcecastSource::send_title() {
         shout_metadata_t* meta = shout_metadata_new();
         if (shout_metadata_add(meta, "song", title.c_str()) != SHOUTERR_SUCCESS ||
             shout_set_metadata_utf8(as_shout(shout_), meta) != SHOUTERR_SUCCESS)
-            log_("stream: the server did not take the title \"" + title + "\"");
+            say("stream: the server did not take the title \"" + title + "\"");
         shout_metadata_free(meta);
     }
     std::lock_guard lock(mutex_);
@@ -167,7 +201,7 @@ void IcecastSource::run() {
         }
         if (!connected) {
             if (!connect_once(++attempt)) {
-                log_("stream: next attempt in " + std::to_string(backoff / 1000) + " s");
+                say("stream: next attempt in " + std::to_string(backoff / 1000) + " s");
                 wait_ms(backoff);
                 backoff = std::min(backoff * 2, kLastBackoffMs);
                 continue;
@@ -196,8 +230,8 @@ void IcecastSource::run() {
         }
         if (!chunk.empty() &&
             shout_send(as_shout(shout_), chunk.data(), chunk.size()) != SHOUTERR_SUCCESS) {
-            log_("stream: connection to " + address() +
-                 " lost: " + shout_get_error(as_shout(shout_)));
+            say("stream: connection to " + address() +
+                " lost: " + shout_get_error(as_shout(shout_)));
             shout_close(as_shout(shout_));
             connected = false;
             listeners_.store(0);
@@ -205,7 +239,7 @@ void IcecastSource::run() {
                 std::lock_guard lock(mutex_);
                 accepting_ = false;
             }
-            log_("stream: next attempt in " + std::to_string(backoff / 1000) + " s");
+            say("stream: next attempt in " + std::to_string(backoff / 1000) + " s");
             wait_ms(backoff);
             backoff = std::min(backoff * 2, kLastBackoffMs);
             continue;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -20,15 +21,21 @@ using EncoderLog = std::function<void(const std::string& line)>;
 // it bytes and never waits: while the server is away they are dropped, and it
 // reconnects with a backoff from 1 s doubling to 60 s, logging each attempt. A new
 // connection asks the encoder for a fresh stream header (`take_restart`).
-class IcecastSource {
+class IcecastSource : public std::enable_shared_from_this<IcecastSource> {
   public:
     static constexpr int kFirstBackoffMs = 1000;
     static constexpr int kLastBackoffMs = 60000;
 
-    IcecastSource(StreamTarget target, std::string format, const Profile& profile, EncoderLog log);
+    // The thread holds the source too, so that `close` can leave it to finish a
+    // call that a hung server never answers.
+    static std::shared_ptr<IcecastSource> start(StreamTarget target, std::string format,
+                                                const Profile& profile, EncoderLog log);
     ~IcecastSource();
     IcecastSource(const IcecastSource&) = delete;
     IcecastSource& operator=(const IcecastSource&) = delete;
+
+    // Ends the connection, waiting at most a moment. Nothing is logged after it.
+    void close();
 
     // Encoder side.
     void send(const std::uint8_t* data, std::size_t size);
@@ -42,7 +49,9 @@ class IcecastSource {
     int listeners() const { return listeners_.load(); }
 
   private:
+    IcecastSource(StreamTarget target, std::string format, const Profile& profile, EncoderLog log);
     void run();
+    void say(const std::string& line);
     bool connect_once(int attempt);
     void send_title();
     void poll_listeners();
@@ -61,6 +70,7 @@ class IcecastSource {
     bool accepting_ = false;  // false from a new connection until the encoder restarted
     std::string title_, sent_title_;
     bool quit_ = false;
+    bool done_ = false;  // the thread has left `run`
 
     std::atomic<bool> restart_wanted_{false};
     std::atomic<int> listeners_{0};

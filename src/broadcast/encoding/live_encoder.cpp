@@ -51,8 +51,7 @@ bool LiveEncoder::Start() {
         return false;
     }
     if (profile_->stream) {
-        source_ = std::make_unique<IcecastSource>(*profile_->stream, av_->stream_format(),
-                                                  *profile_, log_);
+        source_ = IcecastSource::start(*profile_->stream, av_->stream_format(), *profile_, log_);
     }
     ring_ = std::make_unique<audio::MixRing>(kRingBlocks, tap_.offline());
     size_.store(av_->file_bytes());
@@ -72,6 +71,7 @@ void LiveEncoder::Stop() {
     tap_.detach();
     quit_.store(true);
     if (thread_.joinable()) thread_.join();
+    if (source_) source_->close();
     source_.reset();
     ring_.reset();
     av_.reset();

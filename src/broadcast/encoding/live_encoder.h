@@ -64,7 +64,7 @@ class LiveEncoder : public Encoder {
     std::optional<Profile> profile_;
     std::unique_ptr<AvEncoder> av_;
     std::unique_ptr<audio::MixRing> ring_;
-    std::unique_ptr<IcecastSource> source_;
+    std::shared_ptr<IcecastSource> source_;
     std::thread thread_;
     std::atomic<bool> quit_{false};
     std::atomic<bool> started_{false};
