@@ -161,7 +161,7 @@ void BM_GetNew(benchmark::State& state) {
     bench.pick();
     sqlite3_trace_v2(db, 0, nullptr, nullptr);
     state.counters["sql_per_pick"] = statements;
-    state.counters["fallbacks"] = bench.station.Fall_Count;
+    state.counters["fallbacks"] = bench.selection.Fall_Count;
 }
 BENCHMARK(BM_GetNew)
     ->Arg(1000)

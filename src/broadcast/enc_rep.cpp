@@ -41,13 +41,8 @@ constexpr const char* kVolumeControls[] = {"pavucontrol", "x-terminal-emulator -
 
 }  // namespace
 
-EncRep::EncRep(Station& station, const Services& services, const Form& viewer,
-               EncoderFactory encoders)
-    : Form("EncRep"),
-      station_(station),
-      services_(services),
-      viewer_(viewer),
-      encoders_(std::move(encoders)) {
+EncRep::EncRep(const Services& services, const Form& viewer, EncoderFactory encoders)
+    : Form("EncRep"), services_(services), viewer_(viewer), encoders_(std::move(encoders)) {
     Caption = "Recording Live - Tavora Music System ";
     for (int q = 0; q < kQualities; ++q) {
         buttons()[q]->Caption = kQuality[q].caption;
@@ -225,9 +220,7 @@ void EncRep::Stop_Click() {
             "Would you like to load " + name + " into the program director now?", Buttons::YesNo,
             "Auto PM Load Wizard") != Answer::Yes)
         return;
-    station_.Wiz_On = 1;
     Asf_Add(saved);
-    station_.Wiz_On = 0;
 }
 
 // The rules copy without looking; an operator who loses a take must hear why.

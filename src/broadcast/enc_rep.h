@@ -8,7 +8,6 @@
 #include "broadcast/encoder.h"
 #include "core/forms/form.h"
 #include "core/services.h"
-#include "core/station.h"
 #include "platform/event_loop.h"
 
 namespace tavora {
@@ -23,7 +22,7 @@ class EncRep : public Form {
     static constexpr int kQualities = 5;
 
     // `viewer` is the players' window: recording must start before it shows.
-    EncRep(Station& station, const Services& services, const Form& viewer, EncoderFactory encoders);
+    EncRep(const Services& services, const Form& viewer, EncoderFactory encoders);
 
     void Form_Load();
     void Form_Unload();
@@ -81,7 +80,6 @@ class EncRep : public Form {
     void all_buttons_face();
     std::string native(const std::string& dos) const;
 
-    Station& station_;
     const Services& services_;
     const Form& viewer_;
     EncoderFactory encoders_;

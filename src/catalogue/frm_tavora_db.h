@@ -43,6 +43,8 @@ class frmTavoraDb : public Form {
     int Wiz_On = 0;
     std::string Wiz_File;
     int Clone_On = 0;
+    // The Max Plays preset the record editor saved.
+    int Pre_Day = 1, Pre_Week = 2, Pre_Month = 4;
     std::string Url_Target;
     std::string Url_Check;
     int Cht_Pos = 1;

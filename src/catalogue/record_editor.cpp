@@ -260,14 +260,12 @@ void frmTavoraDb::CmdFindClone_Click() {
 void frmTavoraDb::CmpPst_Click(int index) {
     Recordset& row = Data1.Recordset();
     if (index == 6) {
-        station_.Pre_Day = static_cast<int>(row.Fields("Max Play Day").number());
-        station_.Pre_Week = static_cast<int>(row.Fields("Max Play Week").number());
-        station_.Pre_Month = static_cast<int>(row.Fields("Max Month").number());
+        Pre_Day = static_cast<int>(row.Fields("Max Play Day").number());
+        Pre_Week = static_cast<int>(row.Fields("Max Play Week").number());
+        Pre_Month = static_cast<int>(row.Fields("Max Month").number());
         return;
     }
-    const Preset preset = index == 5
-                              ? Preset{station_.Pre_Day, station_.Pre_Week, station_.Pre_Month}
-                              : kPresets[index];
+    const Preset preset = index == 5 ? Preset{Pre_Day, Pre_Week, Pre_Month} : kPresets[index];
     if (!row.Edit()) return;
     row.SetField("Max Play Day", Value(preset.day));
     row.SetField("Max Play Week", Value(preset.week));

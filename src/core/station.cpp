@@ -9,11 +9,6 @@ namespace tavora {
 Station::Station() {
     for (int slot = 0; slot < kSlots; ++slot)
         clear_slot(slot);
-    Active_Cats.fill("NONE");
-    BP_Titles.fill("a");
-    BP_Artists.fill("a");
-    IIS_Recent.fill("None");
-    Stat_Hist.fill("None");
 }
 
 void Station::set_defaults(double now) {

@@ -7,150 +7,104 @@ namespace tavora {
 
 inline constexpr int kSlots = 16;  // slots 1 to 15; 0 is never used
 inline constexpr int kPlayers = 7;
+// The slots past the six of a set that the rules give a meaning to.
+inline constexpr int kHoldSlot = 13;     // a song waits here while a chart lead takes its slot
+inline constexpr int kSeventhSlot = 14;  // the seventh player's
+inline constexpr int kCdSlot = 15;       // the CD player's
 
 // The system's shared state: every variable that more than one window reads.
 // One object per running station, owned by the application and passed by
 // reference, so each test builds a fresh one. Members keep the names the
 // rules are written with. True is -1 wherever a number stands for a boolean.
 struct Station {
-    // Saved Max Plays preset of the record editor.
-    int Pre_Day = 1, Pre_Week = 2, Pre_Month = 4;
-    int Hot_Left = 0;
-    int Cmp_Fail = 0;
-    int Web_Run = 0;
-    int Snip_Max = 1;
-    int Snip_Run = 0;
+    // Start-up and the library.
+    int Run_Mode = 1;    // 0 normal, 1 remote use, 2 auto start pending
+    int Cmp_Fail = 0;    // 1 after the start-up compaction failed
+    std::string Act_Db;  // path of the active library, in its stored form
+    int Rev_Drive = 0;   // 1: a networked library's paths keep the master's drive
+
+    // Saved screen state.
     double Wnd_Left = 210, Wnd_Height = 7950, Wnd_Width = 11565, Wnd_Top = 525;
-    std::array<std::string, 101> Active_Cats{};  // 1 to 100
     int Wnd_State = 2;
-    bool Req_Avail = false;
-    double Over_Len = 5.0 / 1440.0;
-    double Over_End = 0;
-    double IIS_LastTime = 0;
-    std::string Marq_File = "c:\\tavora\\manual\\tqxhead1.htm";
-    int Marq_Page = 1;
-    int Over_On = 0;
-    int Auto_PL_First = 1;
-    int Req_Open = 0, Req_Skip = 0;
-    int Enc_Ok = 0;
-    bool IIS_On = false;
-    bool IIS_AutoLoad = false;
-    int IIS_Line = 0, IIS_Saved = 0, IIS_Tick = 10;
-    int IIS_Minutes = 10, IIS_MinLeft = 10;
-    std::string IIS_Name = "TQXMS Direct";
-    std::string IIS_File = "c:\\tavora\\newreq.tqf";
-    std::string Debug_Step;
-    int Fall_Used = 0;
-    int BP_Count = 0, BP_Done = 0;
-    int Ply_Closing = 0;
-    int SM_State = 0;
-    int Ply7_Was = 0;
-    int Live_Ticks = 0;
-    int Least_Flip = 0;
-    int Live_Mode = 0;
-    int Idle_Count = 10;
-    std::string Marq_Text;
-    std::array<std::string, 5> BP_Titles{}, BP_Artists{};
-    std::string BP_Artist = "a";
-    int PL_Build = 0, PL_Marker = 0, PL_Random = 0;
-    int Ui_Tick = 0;
-    int Skip_Quiet = 0;
-    int Wiz_On = 0;
-    int Req_Hold = 0;
-    int MFilter = 0;
+    bool Vid_On = false, Ply7_View = true, CD_On = false, Marq_On = true;
+
+    // Session settings, kept in qxbp.ini and the Setup table.
+    bool BP_On = false;  // block party
+    bool BP_Tuesday = false;
+    int BP_Block = 2;
+    int BP_Chars = 5;
+    int Snip_Max = 1;  // snippets in a row
     int Antiskip = 0;
-    int Stop_Hold = 0;
-    int PL_Marked = 0, Auto_PL = 1;
-    int Ply7_Mix = 10;
-    int Log_Due = 2;  // 0 log on, 1 a line waits, 2 log off
-    int APlayer7_Busy = 0;
-    int Auto_PL_Hit = 0;
-    int CD_Mode = 0;
-    int Run_Mode = 1;  // 0 normal, 1 remote use, 2 auto start pending
-    int Rev_Drive = 0;
-    int Clone_On = 0;
-    int Live_Pop = 0, Pause_At = 0;
-    int Least_Ctr = 0, Least_Every = 15;
-    std::string Log_Name;
-    std::string Log_Line;
-    int Ply_View = 0;
+    int MFilter = 0;                     // 1: a set keeps one file format
+    int Least_Every = 15;                // rotation passes between least played ones
+    int Ply7_Mix = 10, Ply7_MixOut = 7;  // the seventh player's mix out, and its saved form
+    int Ply7_On = 0;
+    int Power_On = 0, Power_Every = 0, Power_Ctr = 0;  // power play
+    int Live_Pop = 0;                                  // the now-playing pop-up
+
+    // Look-ahead: offsets past Now to when the next pick really starts,
+    // and their sums with Now, frozen at each schedule check.
     double Look_Play = 0, Look_Sched = 0;
     double Clock_Play = 0, Clock_Sched = 0;
-    int Row_Hit = 0;
-    int Load_Due = 0;
-    int Ply7_On = 0;
-    int All_Charts = 0;
-    int Load_Limit = 0, Load_Busy = 0;
-    int Ply_Now = 6;
-    std::array<std::string, 6> IIS_Recent{};  // 1 to 5
-    std::array<std::string, 12> Stat_Hist{};  // 1 to 11
-    bool Vid_On = false, Ply7_View = true, CD_On = false, Marq_On = true;
-    int Ply7_MixOut = 7;
-    int Power_On = 0, Power_Every = 0, Power_Ctr = 0;
 
-    // The break order last read from the station manager's qxsm.ini; the
-    // times hold while SM_State is above 0.
+    // Category override.
+    int Over_On = 0;
+    double Over_End = 0;
+
+    // Requests and playlists.
+    bool Req_Avail = false;  // the request query has rows
+    int Req_Open = 0;        // open requests
+    int Req_Hold = 0;        // requests wait (a break, or the operator)
+    int PL_Build = 0;        // a playlist is being built
+    int PL_Marker = 0;       // the last pick was a playlist marker, not a song
+    int PL_Next = 1;         // the next running number while a playlist is built
+    int Auto_PL = 1;         // automatic playlist state
+    int Web_Run = 0;         // 1 while the web list export walks the list
+
+    // Web requests: the settings the station reads at start, and when the
+    // last one was taken.
+    bool IIS_On = false;
+    bool IIS_AutoLoad = false;
+    std::string IIS_Name = "TQXMS Direct";
+    double IIS_LastTime = 0;
+
+    // The station manager: its command state, its run state, and the break
+    // order last read from qxsm.ini; the times hold while SM_State is above 0.
+    int SM_State = 0;
+    int Live_Mode = 0;
     bool Brk_Exit1 = false, Brk_Exit2 = false;
     double Break_Start = 0, Break_End = 0, Break_Date = 0;
     bool Brk_BP = false;
     int Brk_BPSongs = 0;
     bool Brk_CD = false, Brk_Skip = false, Brk_Play = false;
 
-    // Requests: the next running number while a playlist is built, and the
-    // slot the status files last reported.
-    int PL_Next = 1;
-    int Stat_Slot = 0;
+    // The play log.
+    int Log_Due = 2;  // 0 log on, 1 a line waits, 2 log off
+    std::string Log_Name;
+    std::string Log_Line;
 
-    // One run of selection: its source state, the sweep and the book-keeping
-    // of the rules (see the selection driver and filter).
-    int Sel_State = 0, Sel_Found = 0;
-    int Qry_Empty = 0;
-    int Rnd_Start = 0, Scan_Pos = 0, Scan_Count = 0;
-    int CD_Pos = 0;
-    int Hot_Active = 0;
-    int BP_Full = 0, BP_Scan = 0;
-    int CD_Pass = 0, Promo_Pass = 0;
-    std::string Set_Format;
-    int Two_X = 0;
-    int Pick_Count = 0;
-    int Fall_Count = 0;
-    // Set when the fallback found no row it may take: the slot stays empty
-    // and the player side stops the run with a message.
+    // Selection and the bank between them: the slot being filled, the file
+    // the last commit chose, whether the fallback took it (for the
+    // schedule check) or found nothing it may take (the player side then
+    // stops the run with a message).
+    int Cue_Slot = 0;
+    std::string Cue_File;
+    int Fall_Used = 0;
     int Sel_Starved = 0;
 
-    // The last commit and its chart lead.
-    std::string Cue_File;
-    std::string Lead_Type;
-    int Lead_Pos = 0, Lead_Field = 0;
+    // The bank.
+    int Ply_Now = 6;   // the slot on air
+    int Load_Due = 0;  // a hand-over happened and Load_Up owes the next set
+    int Load_Limit = 0, Load_Busy = 0;
 
-    // Schedule engine.
-    int Active_Next = 0;
-    int Sched_Hit = 0, Sched_Changed = 0, Sched_Stopped = 0;
-
-    // Session settings kept in qxbp.ini.
-    bool BP_On = false;
-    bool BP_Tuesday = false;
-    int BP_Block = 2;
-    int BP_Chars = 5;
-
-    std::string Act_Db;  // path of the active library, in its stored form
-
-    // The CD in the drive: its number and its key, the number then "CD".
+    // The CD: the mode, the disc in the drive (its number and its key, the
+    // number then "CD"), and selection's place on it: the row it scans
+    // from, and the pass that offers only the disc's tracks.
+    int CD_Mode = 0;
     int CD_Disc = 0;
     std::string CD_Id;
-
-    // The bank.
-    int Cue_Slot = 0;
-    int Ply_Scan = 0;
-    int Settle_Count = 0;
-
-    // The transport and its displays.
-    int Load_Late = 0;  // the active song is too short for a Load_Up while it plays
-    int Load_Once = 0;  // a set has started since the run began
-    int Ply7_Secs = 0;  // seconds the seventh song has played
-    int Video_Size = 2;
-    int OnAir_Phase = 0;  // 0 pop-up off, 1 idle or "SOON", 2 mix passed, 3 before the mix-in
-    double Talk_Gap = 0, Talk_Time = 0;
+    int CD_Pos = 0;
+    int CD_Pass = 0;
 
     // Cue slots, parallel arrays indexed by slot number.
     std::array<std::string, kSlots> Slot_File{};

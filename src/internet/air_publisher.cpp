@@ -6,12 +6,6 @@
 
 namespace tavora {
 
-namespace {
-
-constexpr int kSeventhSlot = 14;
-
-}  // namespace
-
 AirPublisher::AirPublisher(Station& station, Playback& playback, Request& request,
                            const Clock& clock, AirBoard& board, Lookup lookup)
     : s_(station),

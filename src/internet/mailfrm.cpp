@@ -71,12 +71,12 @@ Mailfrm::Mailfrm(Station& station, const Services& services, LibraryPool& pool)
     });
     on_click("Check2", [this](int) { station_.IIS_AutoLoad = Check2.Value == 1; });
     on_click("Combo2", [this](int) {
-        station_.IIS_Minutes = CInt(Val(Combo2.selected_text()));
-        station_.IIS_MinLeft = station_.IIS_Minutes;
+        IIS_Minutes = CInt(Val(Combo2.selected_text()));
+        IIS_MinLeft = IIS_Minutes;
     });
     on_click("Command1", [this](int) {
-        station_.IIS_MinLeft = 0;
-        station_.IIS_Tick = 0;
+        IIS_MinLeft = 0;
+        IIS_Tick = 0;
     });
     on_click("Command3", [this](int) { TQXi_Sav(); });
     on_click("Command6", [this](int) {
@@ -113,16 +113,16 @@ void Mailfrm::Form_Load() {
     DataReq.DatabaseName = native(s.Act_Db).string();
     DataReq.RecordSource = "Title Sort";
     Label4.Caption = "StandBy";
-    if (s.IIS_Minutes < 1) s.IIS_Minutes = 5;
+    if (IIS_Minutes < 1) IIS_Minutes = 5;
     TQXi_ini();
-    if (!TimerMail->Enabled()) s.IIS_MinLeft = s.IIS_Minutes;
+    if (!TimerMail->Enabled()) IIS_MinLeft = IIS_Minutes;
     TimerMail->SetEnabled(s.IIS_On);
     Check1.Value = s.IIS_On ? 1 : 0;
     Check2.Value = s.IIS_AutoLoad ? 1 : 0;
     s.IIS_Name = "TQXMS Direct";
-    Combo2.Text = std::to_string(s.IIS_Minutes);
-    s.IIS_Line = 0;
-    Label12.Caption = std::to_string(s.IIS_Saved);
+    Combo2.Text = std::to_string(IIS_Minutes);
+    IIS_Line = 0;
+    Label12.Caption = std::to_string(IIS_Saved);
     Loaded = true;
     Visible = true;
 }
@@ -139,14 +139,14 @@ bool Mailfrm::TQXi_Sav(const std::filesystem::path& file) const {
     TextWriter out(file, TextWriter::Mode::Create);
     out.write_line(bool_text(station_.IIS_On));
     out.write_line(bool_text(station_.IIS_AutoLoad));
-    out.write_line(std::to_string(station_.IIS_Minutes));
+    out.write_line(std::to_string(IIS_Minutes));
     out.write_line(station_.IIS_Name);
-    out.write_line(station_.IIS_File);
+    out.write_line(IIS_File);
     for (int number = 5; number <= 9; ++number) {
         out.write_line(find("Label" + std::to_string(number))->Caption);
     }
-    out.write_line(std::to_string(station_.IIS_Line));
-    out.write_line(std::to_string(station_.IIS_Saved));
+    out.write_line(std::to_string(IIS_Line));
+    out.write_line(std::to_string(IIS_Saved));
     out.write_line(Label14.Caption);
     return out.close();
 }
@@ -173,29 +173,28 @@ void Mailfrm::TQXi_ini() {
         if (value) to = std::move(*value);
         return value.has_value();
     };
-    bool ok = flag(s.IIS_On) && flag(s.IIS_AutoLoad) && number(s.IIS_Minutes) && text(s.IIS_Name) &&
-              text(s.IIS_File);
+    bool ok = flag(s.IIS_On) && flag(s.IIS_AutoLoad) && number(IIS_Minutes) && text(s.IIS_Name) &&
+              text(IIS_File);
     for (int n = 5; ok && n <= 9; ++n)
         ok = text(Result(n).Caption);
-    ok = ok && number(s.IIS_Line) && number(s.IIS_Saved);
+    ok = ok && number(IIS_Line) && number(IIS_Saved);
     if (ok) text(Label14.Caption);
 }
 
 void Mailfrm::TimerMail_Timer() {
-    Station& s = station_;
     const std::string words = "Min Left till next update = ";
-    --s.IIS_Tick;
-    if (s.IIS_Tick == 6) {
-        Label4.Caption = words + Str(static_cast<double>(s.IIS_MinLeft)) + ":59";
+    --IIS_Tick;
+    if (IIS_Tick == 6) {
+        Label4.Caption = words + Str(static_cast<double>(IIS_MinLeft)) + ":59";
     } else {
-        Label4.Caption = words + Str(static_cast<double>(s.IIS_MinLeft)) + ":" +
-                         LTrim(Str(static_cast<double>(s.IIS_Tick))) + "0";
+        Label4.Caption = words + Str(static_cast<double>(IIS_MinLeft)) + ":" +
+                         LTrim(Str(static_cast<double>(IIS_Tick))) + "0";
     }
-    if (s.IIS_Tick > 0) return;
-    s.IIS_Tick = 7;
-    --s.IIS_MinLeft;
-    Label4.Caption = words + Str(static_cast<double>(s.IIS_MinLeft));
-    if (s.IIS_MinLeft > 0) return;
+    if (IIS_Tick > 0) return;
+    IIS_Tick = 7;
+    --IIS_MinLeft;
+    Label4.Caption = words + Str(static_cast<double>(IIS_MinLeft));
+    if (IIS_MinLeft > 0) return;
     Check_File();
 }
 

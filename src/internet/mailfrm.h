@@ -36,6 +36,15 @@ class Mailfrm : public Form {
     void Check_File();
 
     DataControl DataReq;
+    // The check's settings and place: the minutes between checks and the
+    // count-down, the file and the line reached in it.
+    int IIS_Minutes = 10, IIS_MinLeft = 10, IIS_Tick = 10;
+    std::string IIS_File = "c:\\tavora\\newreq.tqf";
+    int IIS_Line = 0, IIS_Saved = 0;
+    // The titles taken lately (1 to 5), against doubles, and the hot
+    // request's remaining turns.
+    std::array<std::string, 6> IIS_Recent{"None", "None", "None", "None", "None", "None"};
+    int Hot_Left = 0;
     std::unique_ptr<Timer> TimerMail;
 
     Control& Label4 = add("Label4");

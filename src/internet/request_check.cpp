@@ -33,12 +33,12 @@ void Mailfrm::Check_File() {
     if (!run_check()) {
         Label4.Caption = "ERROR: Problem with data file - Correcting next load";
     }
-    station_.IIS_MinLeft = station_.IIS_Minutes;
+    IIS_MinLeft = IIS_Minutes;
 }
 
 void Mailfrm::reset_list_on_clear() {
     const auto clear_file = native(kReqClear);
-    if (station_.IIS_Line <= kListLimit || !files::Exists(clear_file)) return;
+    if (IIS_Line <= kListLimit || !files::Exists(clear_file)) return;
     TextReader in(clear_file);
     const ReadResult answer = in.read_item();
     in.close();
@@ -46,15 +46,14 @@ void Mailfrm::reset_list_on_clear() {
     files::Kill(native(kNewReq));
     files::Kill(clear_file);
     write_one_line(native(kNewReq), "None");
-    station_.IIS_Line = 0;
+    IIS_Line = 0;
     Label12.Caption = "0";
 }
 
 bool Mailfrm::run_check() {
-    Station& s = station_;
-    s.IIS_Line = CInt(Val(Label12.Caption));
+    IIS_Line = CInt(Val(Label12.Caption));
     reset_list_on_clear();
-    s.IIS_File = kNewReq;
+    IIS_File = kNewReq;
     Label4.Caption = "CHECKING DIRECT Request NOW, Standby";
 
     TextReader in(native(kNewReq));
@@ -77,7 +76,7 @@ bool Mailfrm::run_check() {
         // Fillers are counted and passed over.
         const bool wanted = Len(item.text) > 1 && tavora::Left(item.text, 4) != "None" &&
                             tavora::Left(item.text, 4) != "none";
-        if (passes < kPerCheck && wanted && counter > s.IIS_Line) {
+        if (passes < kPerCheck && wanted && counter > IIS_Line) {
             ok = process_item(item.text, counter, passes);
         }
     }
@@ -87,7 +86,7 @@ bool Mailfrm::run_check() {
     Label4.Caption = "Complete with Upload";
     in.close();
     if (Val(Label12.Caption) > kListLimit) write_one_line(native(kReqClear), "need");
-    s.IIS_Saved = CInt(Val(Label12.Caption));
+    IIS_Saved = CInt(Val(Label12.Caption));
     TQXi_Sav();
     return true;
 }
@@ -120,20 +119,20 @@ void Mailfrm::shift_results() {
 bool Mailfrm::process_item(const std::string& item, long counter, int& passes) {
     Station& s = station_;
     if (counter <= kListLimit) ++passes;
-    s.IIS_Line = static_cast<int>(counter);
-    s.IIS_Saved = static_cast<int>(counter);
+    IIS_Line = static_cast<int>(counter);
+    IIS_Saved = static_cast<int>(counter);
     Label12.Caption = std::to_string(counter);
-    s.IIS_File = kNewReq;
+    IIS_File = kNewReq;
     std::string title = Trim(item);
     Label4.Caption = "Processing: " + title;
 
     const double now = services_.clock.Now();
     if (now - s.IIS_LastTime > kDuplicateSpan) {
         for (int i = 1; i <= 5; ++i)
-            s.IIS_Recent[i] = "None";
+            IIS_Recent[i] = "None";
     }
     for (int i = 1; i <= 5; ++i) {
-        if (s.IIS_Recent[i] == title) {
+        if (IIS_Recent[i] == title) {
             title = "Duplicate";
             Label4.Caption += "-- DUPLICATE";
             Report.Text += "\r\n" + Label4.Caption;
@@ -158,8 +157,8 @@ bool Mailfrm::process_item(const std::string& item, long counter, int& passes) {
     }
     Label14.Caption = number_text(Val(Label14.Caption) + 1);
     for (int i = 5; i > 1; --i)
-        s.IIS_Recent[i] = s.IIS_Recent[i - 1];
-    s.IIS_Recent[1] = title;
+        IIS_Recent[i] = IIS_Recent[i - 1];
+    IIS_Recent[1] = title;
     Result(5).Caption = title + " - " + date_text(now);
     s.IIS_LastTime = now;
     return take_request(row, now);
@@ -174,13 +173,13 @@ bool Mailfrm::take_request(long row, double now) {
     auto add = [&r](const char* name, double amount) {
         r.SetField(name, Value(r.Fields(name).number() + amount));
     };
-    if (LCase(Trim(r.Fields("Title").text())) == "zhot request") s.Hot_Left = 6;
-    if (s.Hot_Left < 1) {
+    if (LCase(Trim(r.Fields("Title").text())) == "zhot request") Hot_Left = 6;
+    if (Hot_Left < 1) {
         add("Sel", 1);
         if (r.Fields("Sel").number() < 2) r.SetField("AccessDate", Value::date(now));
     } else {
         r.SetField("Sel", Value(50));
-        --s.Hot_Left;
+        --Hot_Left;
         Result(5).Caption += "HOT REQUEST";
     }
     for (const char* name : {"RTW", "Request This Month", "Request AllTime"})

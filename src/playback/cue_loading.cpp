@@ -42,20 +42,20 @@ void Playback::Load_Up() {
     for (s_.Cue_Slot = 6; s_.Cue_Slot <= s_.Load_Limit; ++s_.Cue_Slot) {
         main_.MousePointer = 11;
         const int slot = s_.Cue_Slot;
-        if (s_.Slot_Ready[slot] == 0 && s_.Slot_Ready[13] != 0) {
+        if (s_.Slot_Ready[slot] == 0 && s_.Slot_Ready[kHoldSlot] != 0) {
             take_held(slot);
         } else if (s_.Slot_Ready[slot] == 0) {
             if (slot == 7 && s_.Ply7_On == 1) {
-                s_.Cue_Slot = 14;
+                s_.Cue_Slot = kSeventhSlot;
                 if (!pick() || !Load_Wavs()) return;
-                viewer_.Label1(13).Caption = s_.Slot_Title[14];
+                viewer_.Label1(13).Caption = s_.Slot_Title[kSeventhSlot];
                 s_.Cue_Slot = 7;
             }
             if (!pick()) return;
-            if (s_.Slot_Ready[15] == 0 && s_.Cue_Slot == 8 && s_.CD_Mode == 1) {
-                s_.Cue_Slot = 15;
+            if (s_.Slot_Ready[kCdSlot] == 0 && s_.Cue_Slot == 8 && s_.CD_Mode == 1) {
+                s_.Cue_Slot = kCdSlot;
                 if (!pick()) return;
-                viewer_.Label1(0).Caption = "CD " + s_.Slot_Title[15];
+                viewer_.Label1(0).Caption = "CD " + s_.Slot_Title[kCdSlot];
                 s_.Cue_Slot = 8;
             }
             if (s_.Slot_Ready[s_.Cue_Slot] == 0 && s_.PL_Marker == 1) {
@@ -104,7 +104,7 @@ void Playback::Load_It() {
         s_.Slot_Ready[s_.Cue_Slot] = 2;
     }
     if (s_.Cue_Slot == 7) {
-        s_.Settle_Count = 0;
+        Settle_Count = 0;
         s_.Cue_Slot = 8;
         if (s_.Ply7_On == 1) {
             for (int i = 1; i <= 6; ++i) {
@@ -113,8 +113,8 @@ void Playback::Load_It() {
             }
         }
     }
-    if (s_.Cue_Slot == 8) ++s_.Settle_Count;
-    if (s_.Cue_Slot == 8 && s_.Settle_Count == 6) {
+    if (s_.Cue_Slot == 8) ++Settle_Count;
+    if (s_.Cue_Slot == 8 && Settle_Count == 6) {
         Cue_Players();
         s_.Ply_Now = 1;
         for (int i = 1; i <= 6; ++i)
@@ -122,19 +122,19 @@ void Playback::Load_It() {
         s_.Load_Busy = 0;
         show_next_caption(s_.Ply_Now + 1);
         main_caption("   Tavora Music System Ver. ", s_.Ply_Now);
-        s_.Skip_Quiet = 0;
+        Skip_Quiet = 0;
         viewer_.Visible = true;
         if (s_.CD_Mode != 2 && s_.Live_Mode != 2) {
             Players(1).play();
             P_view();
         }
-        if (s_.Ply7_On == 1 && s_.Slot_Started[14] == 0) {
+        if (s_.Ply7_On == 1 && s_.Slot_Started[kSeventhSlot] == 0) {
             TimerViewer().SetEnabled(false);
             main_.MousePointer = 0;
             return;
         }
         TimerViewer().SetEnabled(true);
-        s_.Load_Once = 1;
+        Load_Once = 1;
     }
     main_.MousePointer = 0;
 }
@@ -195,7 +195,7 @@ void Playback::Cue_Players() {
 
 void Playback::Duration_Fix() {
     Recordset& rows = library_rows();
-    const int slot = s_.Ply_Now == 7 ? 14 : s_.Ply_Now;
+    const int slot = s_.Ply_Now == 7 ? kSeventhSlot : s_.Ply_Now;
     if (slot < 1 || slot >= kSlots) return;
     // The table's rows are keyed by RecID: the row is found without reading
     // every row before it.
@@ -204,7 +204,7 @@ void Playback::Duration_Fix() {
         rows.MoveNext();
     }
     // Player 14 doesn't exist: the seventh song's length is never written.
-    if (!rows.IsEOF() && slot != 14) {
+    if (!rows.IsEOF() && slot != kSeventhSlot) {
         MediaPlayer& player = Players(slot);
         const double start = player.SelectionStart();
         const double end = player.SelectionEnd();

@@ -37,8 +37,8 @@ std::pair<const char*, const char*> marker(char digit) {
 }  // namespace
 
 void Playback::Amovie_fader() {
-    for (s_.Ply_Scan = 1; s_.Ply_Scan <= kPlayers; ++s_.Ply_Scan) {
-        const int i = s_.Ply_Scan;
+    for (Ply_Scan = 1; Ply_Scan <= kPlayers; ++Ply_Scan) {
+        const int i = Ply_Scan;
         MediaPlayer& player = Players(i);
         if (player.PlayState() != MediaPlayer::kPlaying && s_.Slot_Started[i] == 1) {
             Control& line = viewer_.Label1(i + 13);
@@ -46,16 +46,16 @@ void Playback::Amovie_fader() {
                 const double now = services_.clock.Now();
                 line.Caption = "Complete At: " + Format(now, "long time");
                 if (s_.Log_Due == 0) {
-                    s_.Log_Line = complete_line(now, i, s_.Slot_Title[i == 7 ? 14 : i]);
+                    s_.Log_Line = complete_line(now, i, s_.Slot_Title[i == 7 ? kSeventhSlot : i]);
                     s_.Log_Due = 1;
                 }
             }
         }
         int show = s_.Slot_Ready[i] == 3 && s_.Slot_Started[i] == 0 ? 1 : 0;
         if (s_.Ply7_On == 1) {
-            if (s_.Slot_Ready[14] == 3 && s_.Slot_Started[14] == 0) {
+            if (s_.Slot_Ready[kSeventhSlot] == 3 && s_.Slot_Started[kSeventhSlot] == 0) {
                 show = 2;
-            } else if (i == 7 && s_.Slot_Ready[14] != 1) {
+            } else if (i == 7 && s_.Slot_Ready[kSeventhSlot] != 1) {
                 viewer_.Label1(20).Caption = "Player 7 Enabled";
             } else if (i == 7) {
                 viewer_.Label1(20).Caption = "Cued";

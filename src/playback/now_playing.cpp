@@ -54,9 +54,9 @@ void Playback::place_video_window(MpFm& window, MediaPlayer& player) {
     Appearance& look = player.appearance();
     const Form* screen = request.form;
     const int slot = window.number;
-    for (s_.Video_Size = 2; s_.Video_Size != 8;) {
-        window.Caption = s_.Slot_Title[slot == 7 ? 14 : slot];
-        look.DisplaySize = s_.Video_Size;
+    for (Video_Size = 2; Video_Size != 8;) {
+        window.Caption = s_.Slot_Title[slot == 7 ? kSeventhSlot : slot];
+        look.DisplaySize = Video_Size;
         look.Visible = true;
         window.WindowState = 0;
         window.Height = look.Height + 400;
@@ -77,10 +77,7 @@ void Playback::place_video_window(MpFm& window, MediaPlayer& player) {
             break;
         }
         // The next smaller picture: 2, 0, 1, 6, then give up.
-        s_.Video_Size = s_.Video_Size == 2   ? 0
-                        : s_.Video_Size == 0 ? 1
-                        : s_.Video_Size == 1 ? 6
-                                             : 8;
+        Video_Size = Video_Size == 2 ? 0 : Video_Size == 0 ? 1 : Video_Size == 1 ? 6 : 8;
         if (request.picture) request.picture->Caption = "Click Mouse To VIEW Jukebox";
     }
 }
@@ -132,14 +129,14 @@ void Playback::on_air_popup() {
     const int a = s_.Ply_Now;
     const double position = Players(a).CurrentPosition();
     int phase = 0;
-    s_.Talk_Gap = s_.Slot_End[a] - s_.Slot_MixOut[a] - position;
-    if (s_.Talk_Gap < 20 && s_.Talk_Gap > 0) {
+    Talk_Gap = s_.Slot_End[a] - s_.Slot_MixOut[a] - position;
+    if (Talk_Gap < 20 && Talk_Gap > 0) {
         phase = 1;
     } else {
-        if (s_.Talk_Gap < 1) phase = 2;
+        if (Talk_Gap < 1) phase = 2;
         if (s_.Slot_MixIn[a] - position > 0) phase = 3;
     }
-    s_.OnAir_Phase = 1;
+    OnAir_Phase = 1;
     if (phase == 0) {
         on_air.Loaded = false;
         on_air.Visible = false;
@@ -156,7 +153,7 @@ void Playback::on_air_popup() {
     for (int row = 0; row <= 3; ++row, ++slot) {
         std::string title;
         if (s_.Ply7_On == 1 && slot == 7) {
-            title = s_.Slot_Title[14];
+            title = s_.Slot_Title[kSeventhSlot];
         } else {
             const int shown = s_.Ply7_On == 1 && slot > 7 ? slot - 1 : slot;
             if (shown <= 12) title = s_.Slot_Title[shown];
@@ -169,13 +166,13 @@ void Playback::on_air_popup() {
     on_air.LblLeft.Visible = on_air.LblLeftValue.Visible = on_air.LblLeftSec.Visible = !soon;
     const int next = a + 1;
     if (soon) {
-        s_.Talk_Time = s_.Slot_MixOut[a] + s_.Slot_MixIn[next] - s_.Slot_Start[next];
-        on_air.LblTalkValue.Caption = std::to_string(CInt(s_.Talk_Time));
-        on_air.LblInValue.Caption = std::to_string(CInt(s_.Talk_Gap));
+        Talk_Time = s_.Slot_MixOut[a] + s_.Slot_MixIn[next] - s_.Slot_Start[next];
+        on_air.LblTalkValue.Caption = std::to_string(CInt(Talk_Time));
+        on_air.LblInValue.Caption = std::to_string(CInt(Talk_Gap));
         return;
     }
     const double left =
-        phase == 2 ? s_.Talk_Gap + s_.Slot_MixOut[a] + s_.Slot_MixIn[next] - s_.Slot_Start[next]
+        phase == 2 ? Talk_Gap + s_.Slot_MixOut[a] + s_.Slot_MixIn[next] - s_.Slot_Start[next]
                    : s_.Slot_MixIn[a] - position;
     const std::string text = std::to_string(CInt(left));
     if (text != on_air.LblLeftValue.Caption) {
@@ -188,22 +185,22 @@ void Playback::on_air_popup() {
 
 void Playback::FrmOnAir_Load() {
     on_air.Loaded = true;
-    const bool pending = s_.Pause_At != 0;
+    const bool pending = Pause_At != 0;
     on_air.CmdPause.Visible = !pending;
     on_air.CmdResume.Visible = pending;
     on_air.LblPause.Caption =
-        pending ? "Plyr" + std::to_string(s_.Pause_At) + " will pause, Press" : "";
+        pending ? "Plyr" + std::to_string(Pause_At) + " will pause, Press" : "";
 }
 
 void Playback::CmdPause_Click() {
-    s_.Pause_At = s_.Ply_Now + 1 == 7 ? 1 : s_.Ply_Now + 1;
-    on_air.LblPause.Caption = "Plyr" + std::to_string(s_.Pause_At) + " will pause, Press";
+    Pause_At = s_.Ply_Now + 1 == 7 ? 1 : s_.Ply_Now + 1;
+    on_air.LblPause.Caption = "Plyr" + std::to_string(Pause_At) + " will pause, Press";
     on_air.CmdPause.Visible = false;
     on_air.CmdResume.Visible = true;
 }
 
 void Playback::CmdResume_Click() {
-    s_.Pause_At = 0;
+    Pause_At = 0;
     TimerViewer().SetEnabled(true);
     Players(std::clamp(s_.Ply_Now, 1, kPlayers)).play();
     on_air.LblPause.Caption.clear();

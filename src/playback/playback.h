@@ -97,6 +97,24 @@ class Playback {
     // The Run command, `mnu_File_Run_Click`.
     void Run();
 
+    // The transport's working state, kept from tick to tick.
+    int Load_Late = 0;  // the active song is too short for a Load_Up while it plays
+    int Load_Once = 0;  // a set has started since the run began
+    int Ply7_Secs = 0;  // seconds the seventh song has played
+    int Ply_Scan = 0;
+    int Settle_Count = 0;
+    int Ply_Closing = 0;
+    int Pause_At = 0;  // the slot a pause waits for
+    int Stop_Hold = 0;
+    int Skip_Quiet = 0;
+    int APlayer7_Busy = 0;
+    int Live_Ticks = 0, Ui_Tick = 0;
+    int Ply_View = 0;
+    int Video_Size = 2;
+    int OnAir_Phase = 0;  // 0 pop-up off, 1 idle or "SOON", 2 mix passed, 3 before the mix-in
+    double Talk_Gap = 0, Talk_Time = 0;
+    std::string Debug_Step;
+
     // Set once the run has stopped because nothing playable could be found.
     bool run_stopped() const { return stopped_; }
 
@@ -136,7 +154,7 @@ class Playback {
     void place_video_window(MpFm& window, MediaPlayer& player);
     void Stop_Run(const std::string& message);
     bool is_playing(int n) { return Players(n).PlayState() == MediaPlayer::kPlaying; }
-    MediaPlayer& player_of_slot(int slot) { return Players(slot == 14 ? 7 : slot); }
+    MediaPlayer& player_of_slot(int slot) { return Players(slot == kSeventhSlot ? 7 : slot); }
 
     Station& s_;
     const Services& services_;

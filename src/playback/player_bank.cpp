@@ -24,9 +24,9 @@ Playback::Playback(Station& station, const Services& services, PlaybackScreens s
         if (!players_[n]) throw std::invalid_argument("a player factory made no player");
         forms_[n] = std::make_unique<MpFm>(n);
         players_[n]->PlayStateChange = [this, n](int, int new_state) {
-            if (observer) observer->state_changed(n, n == 7 ? 14 : n, new_state);
+            if (observer) observer->state_changed(n, n == 7 ? kSeventhSlot : n, new_state);
             if (new_state == MediaPlayer::kPlaying && station_port.on_air)
-                station_port.on_air(n == 7 ? 14 : n);
+                station_port.on_air(n == 7 ? kSeventhSlot : n);
             PlayStateChange(n);
         };
         players_[n]->Error = [this, n] { PlayerError(n); };
@@ -72,16 +72,16 @@ Recordset& Playback::library_rows() {
 
 void Playback::take_held(int slot) {
     const int special = s_.Slot_Special[slot];
-    s_.copy_slot(13, slot);
+    s_.copy_slot(kHoldSlot, slot);
     s_.Slot_Special[slot] = special;
     s_.Slot_Started[slot] = 0;
     s_.Slot_Ready[slot] = 1;
-    s_.Slot_Ready[13] = 0;
+    s_.Slot_Ready[kHoldSlot] = 0;
 }
 
 bool Playback::Load_Wavs() {
     // Only the bank's slots and the seventh player's have a player.
-    if (s_.Cue_Slot < 1 || (s_.Cue_Slot > 6 && s_.Cue_Slot != 14)) return false;
+    if (s_.Cue_Slot < 1 || (s_.Cue_Slot > 6 && s_.Cue_Slot != kSeventhSlot)) return false;
     int misses = 0;
     std::string file;  // what the player opens: a native path or a URL
     for (;;) {
@@ -137,8 +137,8 @@ void Playback::Stop_Run(const std::string& message) {
 void Playback::PlayStateChange(int n) {
     if (s_.Load_Busy > 0) return;
     MediaPlayer& player = Players(n);
-    const int slot = n == 7 ? 14 : n;
-    if (n == 7) s_.Debug_Step = "State Chg Ply7";
+    const int slot = n == 7 ? kSeventhSlot : n;
+    if (n == 7) Debug_Step = "State Chg Ply7";
     if (player.PlayState() == MediaPlayer::kPlaying && s_.Slot_Ready[slot] != 3) {
         s_.Slot_Ready[slot] = 3;
         if (!viewer_.video_off()) Player_Forms(n).Visible = true;
@@ -149,7 +149,7 @@ void Playback::PlayStateChange(int n) {
     if (player.PlayState() != MediaPlayer::kStopped) return;
     if (n == 7) {
         KickOut();
-    } else if (n == 1 || s_.Stop_Hold == 0) {
+    } else if (n == 1 || Stop_Hold == 0) {
         Player_Forms(n).Visible = false;
         s_.Slot_Started[n] = 1;
     }
@@ -161,9 +161,9 @@ void Playback::PlayerError(int n) {
 }
 
 void Playback::Player_QueryUnload(int) {
-    s_.Ply_Closing = 1;
+    Ply_Closing = 1;
     Skip_One();
-    s_.Ply_Closing = 0;
+    Ply_Closing = 0;
 }
 
 }  // namespace tavora

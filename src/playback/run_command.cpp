@@ -17,7 +17,7 @@ void Playback::Run() {
         return;
     }
     if (s_.Run_Mode == 1) return;
-    s_.Skip_Quiet = 2;
+    Skip_Quiet = 2;
     if (!viewer_QueryUnload()) return;
 
     viewer_.Loaded = true;
@@ -31,21 +31,21 @@ void Playback::Run() {
     if (selection_.Check_Sched) selection_.Check_Sched();
 
     s_.Load_Limit = 1;
-    for (int slot = 7; slot <= 15; ++slot)
-        if (slot != 13 && slot != 14) s_.clear_slot(slot);
+    for (int slot = 7; slot <= kCdSlot; ++slot)
+        if (slot != kHoldSlot && slot != kSeventhSlot) s_.clear_slot(slot);
     loding_.ClearLines();
     loding_.Loaded = true;
     loding_.Visible = true;
     for (s_.Cue_Slot = 1; s_.Cue_Slot <= 6; ++s_.Cue_Slot) {
         main_.MousePointer = 11;
         const int slot = s_.Cue_Slot;
-        if (s_.Slot_Ready[13] == 0) {
+        if (s_.Slot_Ready[kHoldSlot] == 0) {
             if (!pick()) return;
             s_.Slot_MixOut[slot] = 1;  // the first set always mixes at one second
         } else {
             // A lead waits: it opens the set with its own mix.
             viewer_.Label1(21).Visible = false;
-            s_.Cue_File = s_.Slot_File[13];
+            s_.Cue_File = s_.Slot_File[kHoldSlot];
             take_held(slot);
         }
         if (slot <= 5) {
@@ -57,7 +57,7 @@ void Playback::Run() {
     s_.Cue_Slot = 1;
     s_.Load_Busy = 1;
     if (!Load_Wavs()) return;
-    s_.Ply_View = 1;
+    Ply_View = 1;
     TimerViewer().SetEnabled(true);
     loding_.Visible = false;
     main_.MousePointer = 0;
@@ -76,7 +76,7 @@ void Playback::Run() {
         station_port.CDButt_Click) {
         station_port.CDButt_Click();
     }
-    if (s_.Live_Pop == 1) s_.OnAir_Phase = 1;
+    if (s_.Live_Pop == 1) OnAir_Phase = 1;
 }
 
 }  // namespace tavora

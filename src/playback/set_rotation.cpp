@@ -7,7 +7,7 @@ void Playback::rotate_set() {
     Player_Forms(6).Visible = false;
     if (s_.Load_Due == 1) Load_Up();  // the next set must be whole first
     if (stopped_) return;
-    s_.Skip_Quiet = 2;
+    Skip_Quiet = 2;
     for (int i = 1; i <= 12; ++i) {
         viewer_.Label1(i).Caption.clear();
         if (i + 14 <= 21) viewer_.Label1(i + 14).Caption.clear();

@@ -14,12 +14,13 @@ void Playback::start_seventh() {
     }
     MediaPlayer& seventh = Players(7);
     if (seventh.PlayState() == MediaPlayer::kPlaying || s_.Ply7_On != 1) return;
-    s_.Ply7_Secs = 0;
+    Ply7_Secs = 0;
     if (seventh.PlayState() == MediaPlayer::kStopped) {
-        if (seventh.SelectionStart() != s_.Slot_Start[14])
-            seventh.SelectionStart(s_.Slot_Start[14]);
-        if (s_.Slot_End[14] > 0) {
-            if (seventh.SelectionEnd() != s_.Slot_End[14]) seventh.SelectionEnd(s_.Slot_End[14]);
+        if (seventh.SelectionStart() != s_.Slot_Start[kSeventhSlot])
+            seventh.SelectionStart(s_.Slot_Start[kSeventhSlot]);
+        if (s_.Slot_End[kSeventhSlot] > 0) {
+            if (seventh.SelectionEnd() != s_.Slot_End[kSeventhSlot])
+                seventh.SelectionEnd(s_.Slot_End[kSeventhSlot]);
         } else {
             seventh.SelectionEnd(seventh.Duration());
         }
@@ -35,11 +36,11 @@ void Playback::start_seventh() {
     s_.Ply_Now = 7;
     P_view();
     s_.Ply_Now = 6;
-    s_.Slot_Started[14] = 0;
+    s_.Slot_Started[kSeventhSlot] = 0;
     TimerViewer().SetEnabled(false);  // the end of the tick turns it on again
     show_next_caption(7);
     main_caption("   Tavora Ver Music System ", 14);
-    Player_Forms(7).Caption = s_.Slot_Title[14];
+    Player_Forms(7).Caption = s_.Slot_Title[kSeventhSlot];
 }
 
 // The CD takes the place of the seventh song; the tick stands aside until
@@ -54,9 +55,9 @@ void Playback::cd_take_air() {
 }
 
 void Playback::APlayer7_Timer() {
-    if (s_.APlayer7_Busy == 1) return;
-    s_.Debug_Step = "Aplay7 Timer";
-    ++s_.Ply7_Secs;
+    if (APlayer7_Busy == 1) return;
+    Debug_Step = "Aplay7 Timer";
+    ++Ply7_Secs;
     MediaPlayer& seventh = Players(7);
     if (seventh.SelectionEnd() > 0 && seventh.PlayState() == MediaPlayer::kPlaying) {
         const double x = seventh.SelectionEnd() - seventh.CurrentPosition();
@@ -64,26 +65,26 @@ void Playback::APlayer7_Timer() {
         // Far from its end the seventh song holds the next set back; in its
         // last seconds the set may start under it.
         if (x > s_.Ply7_Mix || y > s_.Ply7_Mix) {
-            s_.Settle_Count = 0;
+            Settle_Count = 0;
         } else if (!viewer_.mode_m7() && !TimerViewer().Enabled()) {
             TimerViewer().SetEnabled(true);
         }
     }
     // "M7" holds the next set for as long as this timer runs; KickOut stops
     // it once the seventh song is over, so the next set can start.
-    if (viewer_.mode_m7()) s_.Settle_Count = 0;
-    s_.APlayer7_Busy = 1;
+    if (viewer_.mode_m7()) Settle_Count = 0;
+    APlayer7_Busy = 1;
     Amovie_fader();
-    s_.APlayer7_Busy = 0;
+    APlayer7_Busy = 0;
     if (seventh.PlayState() == MediaPlayer::kStopped) KickOut();
 }
 
 void Playback::KickOut() {
-    s_.Debug_Step = "KickOut";
+    Debug_Step = "KickOut";
     APlayer7().SetEnabled(false);
     Player_Forms(7).Visible = false;
-    s_.Slot_Started[14] = 1;
-    s_.Slot_Ready[14] = 0;
+    s_.Slot_Started[kSeventhSlot] = 1;
+    s_.Slot_Ready[kSeventhSlot] = 0;
     if (!TimerViewer().Enabled() && !stopped_) TimerViewer().SetEnabled(true);
 }
 

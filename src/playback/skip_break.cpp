@@ -21,8 +21,8 @@ void Playback::Skip_One() {
         return;
     }
     if (!viewer_.Visible) return;
-    bool proceed = s_.Ply_Closing == 1 || s_.Live_Mode == 2;
-    if (s_.Live_Mode != 2 && s_.Ply_Closing == 0) {
+    bool proceed = Ply_Closing == 1 || s_.Live_Mode == 2;
+    if (s_.Live_Mode != 2 && Ply_Closing == 0) {
         proceed =
             services_.dialogs.MsgBox("Are You Sure you want to SKIP this song?", Buttons::YesNo,
                                      "Skipping Another Song Huh?", Icon::Question) == Answer::Yes;
@@ -48,8 +48,8 @@ void Playback::Skip_One() {
     }
     if (s_.Ply_Now == 7) {
         player.Stop();
-        s_.Slot_Started[14] = 1;
-        s_.Slot_Ready[14] = 0;
+        s_.Slot_Started[kSeventhSlot] = 1;
+        s_.Slot_Ready[kSeventhSlot] = 0;
     }
     if (remembered) s_.Ply_Now = remembered;
 }
@@ -74,7 +74,7 @@ void Playback::Break_Click() {
         } else if (s_.Ply_Now < 6) {
             Players(s_.Ply_Now + 1).play();
         }
-        s_.Pause_At = 0;
+        Pause_At = 0;
         s_.SM_State = 0;
         // A station manager's break ended early by hand lets requests go too.
         if (s_.Live_Mode == 2) s_.Req_Hold = 0;
@@ -87,7 +87,7 @@ void Playback::Break_Click() {
         return;
     }
     button->Caption = "Resume";
-    s_.Pause_At = s_.Ply_Now + 1 == 7 ? 1 : s_.Ply_Now + 1;
+    Pause_At = s_.Ply_Now + 1 == 7 ? 1 : s_.Ply_Now + 1;
     button->BackColor = 0xFFFF;
 }
 
@@ -105,7 +105,7 @@ void Playback::break_clock() {
         s_.BP_On = s_.Brk_BP;
         s_.BP_Block = s_.Brk_BPSongs;
         BP_Ini(s_, services_.paths.install_folder() / "qxbp.ini");
-        s_.Live_Ticks = 0;
+        Live_Ticks = 0;
     }
     if (s_.Live_Mode == 2 && time > s_.Break_End + kSecond && s_.SM_State > 0 &&
         DateValueOf(now) >= s_.Break_Date) {
@@ -155,7 +155,7 @@ bool Playback::viewer_QueryUnload() {
             Buttons::OKCancel, "UNLOAD WARNING", Icon::Exclamation, 2) != Answer::OK) {
         return false;
     }
-    s_.Ply_View = 0;
+    Ply_View = 0;
     TimerViewer().SetEnabled(false);
     for (int n = 1; n <= kPlayers; ++n)
         Players(n).Stop();

@@ -9,22 +9,22 @@ void Playback::TimerViewer_Timer() {
     if (s_.Load_Busy == 1) Load_It();
     if (stopped_) return;
     break_clock();
-    ++s_.Live_Ticks;
-    if (s_.Live_Ticks == 10 && s_.Live_Mode == 2 && (s_.Brk_Exit1 || s_.Brk_Exit2)) {
+    ++Live_Ticks;
+    if (Live_Ticks == 10 && s_.Live_Mode == 2 && (s_.Brk_Exit1 || s_.Brk_Exit2)) {
         if (station_port.save_internet) station_port.save_internet();
         if (station_port.end_program) station_port.end_program();
         return;
     }
-    if (s_.Live_Ticks >= 150) {
-        s_.Live_Ticks = 0;
+    if (Live_Ticks >= 150) {
+        Live_Ticks = 0;
         if (station_port.SM_Check) station_port.SM_Check();
     }
-    if (s_.Pause_At > 0 && s_.Ply_Now == s_.Pause_At) {
+    if (Pause_At > 0 && s_.Ply_Now == Pause_At) {
         pause_branch();
         return;
     }
-    if (++s_.Ui_Tick > 10) {
-        s_.Ui_Tick = 0;
+    if (++Ui_Tick > 10) {
+        Ui_Tick = 0;
         slow_refresh();
     }
     if (s_.Load_Busy > 0) return;
@@ -39,14 +39,14 @@ void Playback::TimerViewer_Timer() {
     // Selection runs only when the song has room for it, away from a mix.
     const int active = s_.Ply_Now;
     if (!(s_.Slot_End[active] - s_.Slot_MixOut[active] - s_.Slot_MixIn[active] > 55)) {
-        s_.Load_Late = 1;
+        Load_Late = 1;
     } else {
-        s_.Load_Late = 0;
+        Load_Late = 0;
         const double position = Players(active).CurrentPosition();
         if (s_.Load_Due == 1 && position > s_.Slot_MixIn[active] + 2 && position > 15) Load_Up();
         if (stopped_) return;
     }
-    if (s_.Live_Pop == 1 && s_.CD_Mode != 2 && s_.OnAir_Phase == 1) on_air_popup();
+    if (s_.Live_Pop == 1 && s_.CD_Mode != 2 && OnAir_Phase == 1) on_air_popup();
     Amovie_fader();
     hand_over_scan();
     rotation_test();
@@ -54,8 +54,8 @@ void Playback::TimerViewer_Timer() {
 }
 
 void Playback::hand_over_scan() {
-    for (s_.Ply_Scan = 1; s_.Ply_Scan <= 6; ++s_.Ply_Scan) {
-        const int i = s_.Ply_Scan;
+    for (Ply_Scan = 1; Ply_Scan <= 6; ++Ply_Scan) {
+        const int i = Ply_Scan;
         MediaPlayer& player = Players(i);
         const double end_now =
             player.SelectionEnd() > 0 ? player.SelectionEnd() : player.Duration();
@@ -68,8 +68,8 @@ void Playback::hand_over_scan() {
         }
         if (s_.Live_Mode == 2 && !s_.Brk_Play) continue;
         ++s_.Ply_Now;
-        s_.Stop_Hold = 1;
-        s_.Stop_Hold = 0;
+        Stop_Hold = 1;
+        Stop_Hold = 0;
         MediaPlayer& next = Players(s_.Ply_Now);
         next.Mute(false);
         if (next.CurrentPosition() < s_.Slot_Start[s_.Ply_Now]) {
@@ -78,18 +78,18 @@ void Playback::hand_over_scan() {
         next.play();
         // A break holds the set here: the slot must not be heard before the
         // next tick pauses it.
-        if (s_.Ply_Now == s_.Pause_At) next.Mute(true);
+        if (s_.Ply_Now == Pause_At) next.Mute(true);
         P_view();
-        if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(14);
+        if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(kSeventhSlot);
         s_.Cue_Slot = s_.Ply_Now + 6;
         s_.Load_Due = 1;
     }
 }
 
 void Playback::rotation_test() {
-    s_.Ply_Scan = 1;
-    if (s_.Slot_Started[6] == 1 && s_.Live_Mode != 2) s_.Ply_Scan = 2;
-    if (s_.Ply_Scan > 1 && s_.Live_Mode != 2) {
+    Ply_Scan = 1;
+    if (s_.Slot_Started[6] == 1 && s_.Live_Mode != 2) Ply_Scan = 2;
+    if (Ply_Scan > 1 && s_.Live_Mode != 2) {
         rotate_set();
         return;
     }
@@ -112,7 +112,7 @@ void Playback::stall_recovery() {
                 s_.Load_Limit = 0;
                 player.play();
                 P_view();
-                if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(14);
+                if (s_.Ply7_On == 1 && s_.Ply_Now == 6) show_next_caption(kSeventhSlot);
                 s_.Cue_Slot = s_.Ply_Now + 6;
                 s_.Load_Due = 1;
             }

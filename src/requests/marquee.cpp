@@ -38,9 +38,9 @@ void Request::TimerMar_Timer() {
     const double time = TimeValueOf(services_.clock.Now());
     if (time > TimeSerial(0, 1, 0) && time < TimeSerial(0, 30, 0)) {
         if (s.Auto_PL == 1) s.Auto_PL = 0;
-    } else if (s.Auto_PL_First == 1) {
+    } else if (Auto_PL_First == 1) {
         s.Auto_PL = 0;
-        s.Auto_PL_First = 0;
+        Auto_PL_First = 0;
     }
     if (s.Run_Mode > 0) s.Auto_PL = 1;
     // The daily run waits until the open requests have been played out.
@@ -56,7 +56,7 @@ void Request::TimerMar_Timer() {
     }
     if (s.Load_Busy >= 1 || s.Load_Limit > 0 || s.Load_Due == 1) return;
 
-    if (Command6.Caption == "P" && s.Stat_Slot != s.Ply_Now && PlayState &&
+    if (Command6.Caption == "P" && Stat_Slot != s.Ply_Now && PlayState &&
         PlayState(s.Ply_Now) == 2) {
         Stat_Write();
     }
@@ -78,7 +78,7 @@ void Request::Auto_Playlists() {
     Label2.Visible = true;
     // Three presses a list: pick or create the marker, edit, save.
     for (s.Auto_PL = 2; s.Auto_PL <= 5; ++s.Auto_PL) {
-        s.Auto_PL_Hit = 0;
+        Auto_PL_Hit = 0;
         BtnSrt_Click(11);
         if (s.PL_Build == 1) BtnSrt_Click(11);
         BtnSrt_Click(11);
@@ -115,9 +115,9 @@ void Request::Command10_Click() {
 
 void Request::Command6_Click() {
     Station& s = station_;
-    ++s.Marq_Page;
-    if (s.Marq_Page >= 11) {
-        s.Marq_Page = 0;
+    ++Marq_Page;
+    if (Marq_Page >= 11) {
+        Marq_Page = 0;
         s.Marq_On = false;
         ReqBrowser1.Visible = false;
         ReqBrowser1.Tag = "0";
@@ -126,9 +126,8 @@ void Request::Command6_Click() {
     s.Marq_On = true;
     ReqBrowser1.Visible = true;
     ReqBrowser1.Tag = "1";
-    s.Marq_File =
-        "c:\\tavora\\manual\\tqxhead" + Trim(Str(static_cast<double>(s.Marq_Page))) + ".htm";
-    ReqBrowser1.Text = s.Marq_File;  // the page the browser navigates to
+    Marq_File = "c:\\tavora\\manual\\tqxhead" + Trim(Str(static_cast<double>(Marq_Page))) + ".htm";
+    ReqBrowser1.Text = Marq_File;  // the page the browser navigates to
 }
 
 void Request::Command12_Click() {
@@ -142,13 +141,13 @@ void Request::Image1_Click() {
 }
 
 void Request::Form_MouseMove() {
-    if (station_.Idle_Count == 0) {
+    if (Idle_Count == 0) {
         for (int i = 0; i < 26; ++i)
             BLtr(i).BackColor = kButtonFace;
         for (int i = 1; i <= kRows; ++i)
             Row_Label(i).BackColor = kIdleLabel;
     }
-    station_.Idle_Count = 6;
+    Idle_Count = 6;
 }
 
 }  // namespace tavora

@@ -98,24 +98,24 @@ void Request::PL_Start() {
                 "PlyLst Select -- Button To Continue");
         } else if (s.Auto_PL <= 5) {
             PL_AutoName = kAutoLists[s.Auto_PL - 2].name;
-            s.Auto_PL_Hit = 0;
+            Auto_PL_Hit = 0;
             Recordset& r = rs();
             for (r.MoveFirst(); !r.IsEOF(); r.MoveNext()) {
                 if (r.Fields("Title") == Value(PL_AutoName) &&
                     tavora::Left(r.Fields("Long title").text(), 4) == "QXPL" && r.Edit()) {
                     r.SetField("Sel", Value(1));
                     r.Update();
-                    s.Auto_PL_Hit = 1;
+                    Auto_PL_Hit = 1;
                 }
             }
-            if (s.Auto_PL_Hit == 0) PL_Answer = static_cast<int>(Answer::Yes);
+            if (Auto_PL_Hit == 0) PL_Answer = static_cast<int>(Answer::Yes);
         }
     }
     if (PL_Answer == static_cast<int>(Answer::Yes)) {
         PL_New();
         PL_Edit();
     }
-    if (s.Auto_PL > 1) s.Auto_PL_Hit = 2;
+    if (s.Auto_PL > 1) Auto_PL_Hit = 2;
 }
 
 void Request::PL_New() {
@@ -257,7 +257,7 @@ void Request::save_list_rows() {
             if (place > Value(0) && place < Value(chart_limit(s.Auto_PL, day)) && r.Edit()) {
                 r.SetField("Sel", Value(1000 + place.number()));
                 r.Update();
-                s.PL_Marked = 1;
+                PL_Marked = 1;
             }
         }
         const Value sel = r.Fields("Sel");

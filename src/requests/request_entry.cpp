@@ -21,19 +21,19 @@ void add_to(Recordset& r, const char* name, double amount) {
 }  // namespace
 
 void Request::RB_Click(int index) {
-    station_.Row_Hit = index;
+    Row_Hit = index;
     Req_Add();
 }
 
 void Request::RD_Click(int index) {
-    station_.Row_Hit = index;
+    Row_Hit = index;
     Req_Drop();
 }
 
 void Request::Req_Add() {
-    if (station_.Row_Hit < 1 || station_.Row_Hit > kRows) return;
+    if (Row_Hit < 1 || Row_Hit > kRows) return;
     Recordset& r = rs();
-    if (!go_to(Row_Pos[station_.Row_Hit]) || !r.Edit()) return;
+    if (!go_to(Row_Pos[Row_Hit]) || !r.Edit()) return;
     for (const char* name : kCounters)
         add_to(r, name, 1);
     if (station_.PL_Build == 10) {
@@ -47,9 +47,9 @@ void Request::Req_Add() {
 }
 
 void Request::Req_Drop() {
-    if (station_.Row_Hit < 1 || station_.Row_Hit > kRows) return;
+    if (Row_Hit < 1 || Row_Hit > kRows) return;
     Recordset& r = rs();
-    if (!go_to(Row_Pos[station_.Row_Hit]) || !r.Edit()) return;
+    if (!go_to(Row_Pos[Row_Hit]) || !r.Edit()) return;
     if (r.Fields("Sel") > Value(0)) {
         if (field(r, "Sel") < 1000) {
             for (const char* name : kCounters)

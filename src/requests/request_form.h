@@ -102,6 +102,17 @@ class Request : public Form {
 
     // Playlist state of this window.
     int PL_ScanState = 0;
+    int PL_Marked = 0;
+    int Auto_PL_First = 1, Auto_PL_Hit = 0;
+    int Row_Hit = 0;  // the row whose button was clicked last
+    // The marquee's page, and the status files: the slot they last reported,
+    // the last titles (1 to 11) and the ticks until the idle line.
+    std::string Marq_File = "c:\\tavora\\manual\\tqxhead1.htm";
+    int Marq_Page = 1;
+    int Stat_Slot = 0;
+    std::array<std::string, 12> Stat_Hist{"None", "None", "None", "None", "None", "None",
+                                          "None", "None", "None", "None", "None", "None"};
+    int Idle_Count = 10;
     long PL_Id = 0;
     std::string PL_Name;
     std::string PL_Source;

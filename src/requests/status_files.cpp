@@ -13,16 +13,16 @@ namespace tavora {
 void Request::Stat_Write() {
     Command9.BackColor = station_.Over_On != 0 ? kGreen : kButtonFace;
     MousePointer = 0;
-    station_.Stat_Slot = 0;
+    Stat_Slot = 0;
     if (ReqBrowser1.Tag == "1") ReqBrowser1.Visible = true;
     const int now_playing = station_.Ply_Now;
     if (PlayState && now_playing >= 1 && now_playing < kSlots && PlayState(now_playing) == 2) {
-        station_.Stat_Slot = now_playing;
+        Stat_Slot = now_playing;
     }
-    if (station_.Stat_Slot != 0) write_status_files();
+    if (Stat_Slot != 0) write_status_files();
 
-    station_.Idle_Count = std::max(0, station_.Idle_Count - 1);
-    if (station_.Idle_Count == 0) {
+    Idle_Count = std::max(0, Idle_Count - 1);
+    if (Idle_Count == 0) {
         List_Top += kRows;
         if (List_Top > List_Last) {
             rs().MoveFirst();
@@ -49,18 +49,18 @@ void Request::write_status_files() {
     if (air_state && !air_state().empty()) first += " ** " + air_state();
     out.write_line(first);
     for (int i = 1; i <= 10; ++i) {
-        s.Stat_Hist[i] = s.Stat_Hist[i + 1];
-        out.write_line(s.Stat_Hist[i]);
+        Stat_Hist[i] = Stat_Hist[i + 1];
+        out.write_line(Stat_Hist[i]);
     }
-    s.Stat_Hist[11] = s.Slot_Title[s.Stat_Slot];
-    if (s.Ply7_On == 1 && s.Stat_Slot == 1) {
+    Stat_Hist[11] = s.Slot_Title[Stat_Slot];
+    if (s.Ply7_On == 1 && Stat_Slot == 1) {
         // The seventh player's song went out between the sets: it joins the
         // history at the next write.
-        s.Stat_Hist[10] = s.Slot_Title[14] + " - " + time_text;
+        Stat_Hist[10] = s.Slot_Title[kSeventhSlot] + " - " + time_text;
     }
-    out.write_line(s.Stat_Hist[11]);
-    if (s.Stat_Slot < 12) out.write_line("TQXAMS Plays All The Hits! Current Time: " + time_text);
-    if (s.Stat_Slot < 11) out.write_line("Web requests are delayed 1hr due to RIAA rules");
+    out.write_line(Stat_Hist[11]);
+    if (Stat_Slot < 12) out.write_line("TQXAMS Plays All The Hits! Current Time: " + time_text);
+    if (Stat_Slot < 11) out.write_line("Web requests are delayed 1hr due to RIAA rules");
     out.close();
 
     TextWriter ready(services_.paths.ToNative("c:\\tavora\\tqxsrdy.txt").path,

@@ -21,13 +21,13 @@ std::string major_minor() {
 
 void CheckTime(Station& station, DataControl& requests, QXMain& main, const NowPlaying& players) {
     const bool seventh = players.seventh_playing && players.seventh_playing();
-    const std::string& title = station.Slot_Title[seventh ? 14 : station.Ply_Now];
+    const std::string& title = station.Slot_Title[seventh ? kSeventhSlot : station.Ply_Now];
     if (seventh && players.seventh_title) players.seventh_title(title);
     main.Caption = title + "   Tavora Music System Ver. " + major_minor();
 
     requests.Refresh();
     station.Look_Play = 0;
-    for (int slot = std::max(station.Ply_Now, 0); slot <= 15; ++slot) {
+    for (int slot = std::max(station.Ply_Now, 0); slot < kSlots; ++slot) {
         if (!station.Slot_Title[slot].empty()) station.Look_Play += station.Slot_Length[slot];
     }
     station.Look_Sched = station.Look_Play;

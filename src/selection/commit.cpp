@@ -61,23 +61,23 @@ void Selection::Load_AmTemps() {
         row.SetField(counter, plus_one(field(row, counter)));
     row.Update();
 
-    if (s_.CD_Mode == 1 && slot == 15 && hooks.cd_seek)
+    if (s_.CD_Mode == 1 && slot == kCdSlot && hooks.cd_seek)
         hooks.cd_seek(static_cast<int>(Int(Val(field(row, rec::CDTrack).text()))));
 
     // Any special record counts towards the run; one normal record ends it.
     if (field(row, rec::Source).is_null()) {
         s_.Slot_Special[slot] = 0;
-        s_.Snip_Run = 0;
+        Snip_Run = 0;
     } else {
         s_.Slot_Special[slot] = 1;
-        ++s_.Snip_Run;
+        ++Snip_Run;
     }
 
     // A playlist marker is never played: it turns into requests and the
     // caller fills the slot again.
     const std::string path = field(row, rec::LongTitle).text();
     if (Left(path, 4) == "QXPL") {
-        s_.PL_Random = Mid(path, 5, 4) == "Rand" ? 1 : 0;
+        PL_Random = Mid(path, 5, 4) == "Rand" ? 1 : 0;
         Load_Playlist();
         s_.PL_Marker = 1;
         return;
@@ -87,18 +87,18 @@ void Selection::Load_AmTemps() {
     s_.Look_Sched += s_.Slot_Length[slot];
     if (s_.Slot_Special[slot] != 0) return;
 
-    s_.Lead_Type.clear();
-    s_.Lead_Pos = 0;
-    s_.Lead_Field = 0;
+    Lead_Type.clear();
+    Lead_Pos = 0;
+    Lead_Field = 0;
     for (const Chart& chart : kLeadCharts) {
         const double position = field(row, chart.field).number();
-        if (position > 0 && (s_.Lead_Pos == 0 || position < s_.Lead_Pos)) {
-            s_.Lead_Pos = static_cast<int>(position);
-            s_.Lead_Type = chart.lead_type;
-            s_.Lead_Field = chart.field;
+        if (position > 0 && (Lead_Pos == 0 || position < Lead_Pos)) {
+            Lead_Pos = static_cast<int>(position);
+            Lead_Type = chart.lead_type;
+            Lead_Field = chart.field;
         }
     }
-    if (s_.Lead_Pos > 0) Check_Lead();
+    if (Lead_Pos > 0) Check_Lead();
 }
 
 // Copies the current row of Data3 into a slot, as a commit and a chart lead
@@ -125,7 +125,7 @@ void Selection::load_lead(int slot) {
 // lead takes the slot and the song waits in the hold slot 13.
 void Selection::Check_Lead() {
     const int slot = s_.Cue_Slot;
-    if (slot == 12 || slot == 14 || slot == 15) return;
+    if (slot == 12 || slot == kSeventhSlot || slot == kCdSlot) return;
     Recordset& rows = Data3.Recordset();
     const long remembered = rows.AbsolutePosition();
     const std::string source = Data3.RecordSource;
@@ -139,11 +139,11 @@ void Selection::Check_Lead() {
     rows.MoveFirst();
     // The bound stops short of the last index, so the very last lead is
     // never looked at.
-    for (s_.Scan_Pos = 0; s_.Scan_Pos < last && !rows.IsEOF(); ++s_.Scan_Pos, rows.MoveNext()) {
-        if (!(field(rows, s_.Lead_Field) == Value(s_.Lead_Pos) &&
-              field(rows, rec::Source) == Value(s_.Lead_Type)))
+    for (Scan_Pos = 0; Scan_Pos < last && !rows.IsEOF(); ++Scan_Pos, rows.MoveNext()) {
+        if (!(field(rows, Lead_Field) == Value(Lead_Pos) &&
+              field(rows, rec::Source) == Value(Lead_Type)))
             continue;
-        if (s_.MFilter == 1 && Right(field(rows, rec::LongTitle).text(), 3) == s_.Set_Format)
+        if (s_.MFilter == 1 && Right(field(rows, rec::LongTitle).text(), 3) == Set_Format)
             s_.MFilter = 2;
         if (s_.MFilter != 2 && s_.MFilter != 0) continue;  // a lead of another format
         if (s_.MFilter == 2) s_.MFilter = 1;
@@ -166,14 +166,14 @@ void Selection::Check_Lead() {
 
         load_lead(slot);
         s_.Slot_Special[slot] = 1;
-        if (hooks.trace) trace("chart lead " + s_.Lead_Type + " " + std::to_string(s_.Lead_Pos));
+        if (hooks.trace) trace("chart lead " + Lead_Type + " " + std::to_string(Lead_Pos));
 
         const Value last_played = field(rows, rec::LastPlayed);
         rows.Edit();
         rows.SetField(rec::AccessDate, last_played);
         rows.SetField(rec::LastPlayed, Value::date(services_.clock.Now()));
         rows.Update();
-        s_.Lead_Pos = 9999;
+        Lead_Pos = 9999;
         break;
     }
     return_to(source, remembered);

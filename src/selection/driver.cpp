@@ -50,41 +50,41 @@ void Selection::auto_run() {
 }
 
 void Selection::GetNew() {
-    s_.BP_Done = 0;
-    s_.BP_Scan = 0;
-    s_.Sel_Found = 0;
-    s_.Sel_State = 0;
+    BP_Done = 0;
+    BP_Scan = 0;
+    Sel_Found = 0;
+    Sel_State = 0;
     s_.Sel_Starved = 0;
     if (hooks.trace) trace("GetNew for slot " + std::to_string(s_.Cue_Slot));
 
-    if (s_.Ply7_On == 1 && s_.Cue_Slot == 14) s_.Sel_State = 8;
-    if (s_.Cue_Slot == 15) s_.Sel_State = 10;
+    if (s_.Ply7_On == 1 && s_.Cue_Slot == kSeventhSlot) Sel_State = 8;
+    if (s_.Cue_Slot == kCdSlot) Sel_State = 10;
     GetQry();
     // The seventh player starts on NormSel in the rotation state: no promo,
     // no request, no hot list, no block party.
-    if (s_.Ply7_On == 1 && s_.Cue_Slot == 14) s_.Sel_State = 3;
-    s_.Scan_Count = Data3.Recordset().RecordCount();
-    s_.Hot_Active = 0;
+    if (s_.Ply7_On == 1 && s_.Cue_Slot == kSeventhSlot) Sel_State = 3;
+    Scan_Count = Data3.Recordset().RecordCount();
+    Hot_Active = 0;
 
-    while (s_.Sel_Found == 0) {
+    while (Sel_Found == 0) {
         if (Data3.RecordSource == "BPSort" && s_.BP_On) {
-            s_.BP_Full = 0;
+            BP_Full = 0;
             if (s_.BP_Tuesday && Weekday(services_.clock.Now()) == 3) {
-                if (s_.BP_Count == 2) s_.BP_Full = 1;
-            } else if (s_.BP_Count >= s_.BP_Block) {
-                s_.BP_Full = 1;
+                if (BP_Count == 2) BP_Full = 1;
+            } else if (BP_Count >= s_.BP_Block) {
+                BP_Full = 1;
             }
-            if (s_.BP_Full == 0) Block_Party_Scan();
+            if (BP_Full == 0) Block_Party_Scan();
         }
-        if (s_.Sel_Found == 0 && s_.Qry_Empty == 0) sweep();
-        if (s_.Sel_Found == 0) step_state();
-        if (s_.Sel_State == 4 && s_.Sel_Found == 0) {
+        if (Sel_Found == 0 && Qry_Empty == 0) sweep();
+        if (Sel_Found == 0) step_state();
+        if (Sel_State == 4 && Sel_Found == 0) {
             fallback();
             if (s_.Sel_Starved != 0) return;
         }
-        if (s_.Sel_Found == 0 && s_.Sel_State != 4 && s_.Sel_State != 11) GetQry();
-        if (s_.Sel_State == 11 && s_.Sel_Found == 0) cd_fallback();
-        if (s_.Sel_State > 10) s_.Sel_State = 10;
+        if (Sel_Found == 0 && Sel_State != 4 && Sel_State != 11) GetQry();
+        if (Sel_State == 11 && Sel_Found == 0) cd_fallback();
+        if (Sel_State > 10) Sel_State = 10;
     }
 }
 
@@ -111,58 +111,58 @@ void Selection::write_done() {
 // backward sweep. The row set is looked at again before every row because
 // a rule may have changed a row.
 void Selection::sweep() {
-    if (s_.Rnd_Start == 0) s_.Rnd_Start = 1;
-    s_.Scan_Pos = s_.Rnd_Start > 1 ? s_.Rnd_Start - 1 : s_.Rnd_Start;
+    if (Rnd_Start == 0) Rnd_Start = 1;
+    Scan_Pos = Rnd_Start > 1 ? Rnd_Start - 1 : Rnd_Start;
     Recordset& rows = Data3.Recordset();
     rows.MoveLast();
     rows.MoveFirst();
-    rows.Move(s_.Scan_Pos);
-    s_.Scan_Count = rows.RecordCount();
+    rows.Move(Scan_Pos);
+    Scan_Count = rows.RecordCount();
     s_.CD_Pos = 0;
     if (Data3.RecordSource == "BPSort") return;
     if (hooks.trace) {
-        trace("source " + Data3.RecordSource + " (state " + std::to_string(s_.Sel_State) + "): " +
-              std::to_string(s_.Scan_Count) + " rows, sweep from " + std::to_string(s_.Scan_Pos));
+        trace("source " + Data3.RecordSource + " (state " + std::to_string(Sel_State) +
+              "): " + std::to_string(Scan_Count) + " rows, sweep from " + std::to_string(Scan_Pos));
     }
-    while (s_.Scan_Pos < s_.Scan_Count && s_.Sel_Found == 0) {
-        go_to(s_.Scan_Pos);
+    while (Scan_Pos < Scan_Count && Sel_Found == 0) {
+        go_to(Scan_Pos);
         ApplyRules();
-        ++s_.Scan_Pos;
+        ++Scan_Pos;
     }
-    s_.Scan_Pos = s_.Rnd_Start;
-    while (s_.Scan_Pos >= 0 && s_.Sel_Found == 0) {
-        go_to(s_.Scan_Pos);
+    Scan_Pos = Rnd_Start;
+    while (Scan_Pos >= 0 && Sel_Found == 0) {
+        go_to(Scan_Pos);
         ApplyRules();
-        --s_.Scan_Pos;
+        --Scan_Pos;
     }
 }
 
 void Selection::step_state() {
-    if (s_.Hot_Active == 1 && s_.Sel_State == 3) s_.Sel_State = 2;
-    ++s_.Sel_State;
-    if (s_.Req_Hold == 1 && s_.Sel_State == 1) s_.Sel_State = 2;
+    if (Hot_Active == 1 && Sel_State == 3) Sel_State = 2;
+    ++Sel_State;
+    if (s_.Req_Hold == 1 && Sel_State == 1) Sel_State = 2;
     // With a long request list every third entry to the request pass is
     // passed over, so that the rotation still gets air time.
-    if (s_.Sel_State == 1 && s_.Req_Open >= 11) {
-        ++s_.Req_Skip;
-        if (s_.Req_Skip > 2) {
-            s_.Sel_State = 2;
-            s_.Req_Skip = 0;
+    if (Sel_State == 1 && s_.Req_Open >= 11) {
+        ++Req_Skip;
+        if (Req_Skip > 2) {
+            Sel_State = 2;
+            Req_Skip = 0;
         }
     }
-    if (s_.Sel_State == 2 && (s_.Power_Ctr > 0 || s_.Power_On == 0)) s_.Sel_State = 3;
-    if (s_.Sel_State == 2) {
+    if (Sel_State == 2 && (s_.Power_Ctr > 0 || s_.Power_On == 0)) Sel_State = 3;
+    if (Sel_State == 2) {
         caption("Searching Hot List");
-        s_.Hot_Active = 1;
-        s_.Sel_State = 3;
+        Hot_Active = 1;
+        Sel_State = 3;
     } else {
-        s_.Hot_Active = 0;
+        Hot_Active = 0;
     }
-    if (s_.Hot_Active == 0 && s_.Sel_State == 3 && s_.BP_Done == 0 && s_.BP_On)
-        caption("Block Party Search " + s_.BP_Artist + Str(s_.BP_Count));
-    if (s_.Hot_Active == 0 && s_.Sel_State == 4 && Data3.RecordSource == "BPSort") {
-        s_.BP_Done = 1;
-        s_.Sel_State = 3;
+    if (Hot_Active == 0 && Sel_State == 3 && BP_Done == 0 && s_.BP_On)
+        caption("Block Party Search " + BP_Artist + Str(BP_Count));
+    if (Hot_Active == 0 && Sel_State == 4 && Data3.RecordSource == "BPSort") {
+        BP_Done = 1;
+        Sel_State = 3;
     }
 }
 
@@ -196,22 +196,22 @@ void Selection::fallback() {
     // silent after the bridge, so the seventh player draws again for a song
     // while the library has one it could take.
     const bool songs_only =
-        s_.Cue_Slot == 14 && bridge_songs_only && fallback_row_from(1, true) != 0;
+        s_.Cue_Slot == kSeventhSlot && bridge_songs_only && fallback_row_from(1, true) != 0;
     Recordset& rows = Data3.Recordset();
     const long draws = std::min(kFallbackDraws, rows.RecordCount());
-    for (long attempt = 1; s_.Sel_State == 4; ++attempt) {
+    for (long attempt = 1; Sel_State == 4; ++attempt) {
         if (attempt <= draws) {
             for (int draw = 0; draw < 2; ++draw) {
                 Data3.Refresh();
                 rows.MoveLast();
                 rows.MoveFirst();
-                s_.Rnd_Start = rows.RecordCount() - 1;
-                s_.Scan_Pos = static_cast<int>(Int(s_.Rnd_Start * services_.random.next() + 1));
+                Rnd_Start = rows.RecordCount() - 1;
+                Scan_Pos = static_cast<int>(Int(Rnd_Start * services_.random.next() + 1));
             }
             Data3.Refresh();
-            rows.Move(s_.Scan_Pos);
+            rows.Move(Scan_Pos);
         } else {
-            s_.Scan_Pos = static_cast<int>(fallback_row_from(s_.Scan_Pos, songs_only));
+            Scan_Pos = static_cast<int>(fallback_row_from(Scan_Pos, songs_only));
         }
         if (fallback_may_take(rows) && (!songs_only || seventh_may_take(rows))) {
             if (hooks.trace) {
@@ -219,10 +219,10 @@ void Selection::fallback() {
                       (attempt <= draws ? " at random" : " after the last draw"));
             }
             take_fallback(PickReport::Way::Fallback);
-            s_.Sel_State = 5;
+            Sel_State = 5;
         }
     }
-    s_.Sel_State = 4;
+    Sel_State = 4;
 }
 
 // The position of the first row the fallback may take (a song the seventh
@@ -256,9 +256,9 @@ void Selection::take_fallback(PickReport::Way way) {
     const long rec_id = static_cast<long>(field(Data3.Recordset(), rec::RecID).number());
     Load_AmTemps();
     s_.Fall_Used = -1;
-    ++s_.Fall_Count;
+    ++Fall_Count;
     main_.Count(7);
-    s_.Sel_Found = 1;
+    Sel_Found = 1;
     report(way, rec_id);
 }
 
@@ -275,7 +275,7 @@ void Selection::report(PickReport::Way way, long rec_id) {
 void Selection::trace_row(const char* verdict) {
     if (!hooks.trace) return;
     Recordset& rows = Data3.Recordset();
-    trace("  row " + field(rows, rec::RecID).text() + " at " + std::to_string(s_.Scan_Pos) + " \"" +
+    trace("  row " + field(rows, rec::RecID).text() + " at " + std::to_string(Scan_Pos) + " \"" +
           field(rows, rec::Title).text() + " - " + field(rows, rec::Artist).text() +
           "\": " + verdict);
 }

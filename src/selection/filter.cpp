@@ -23,9 +23,9 @@ const Value kFalse = Value::boolean(false);
 }  // namespace
 
 bool Selection::offer_cd_track() {
-    if (s_.CD_Mode != 1 || s_.Cue_Slot != 15) return false;
+    if (s_.CD_Mode != 1 || s_.Cue_Slot != kCdSlot) return false;
     if (field(Data3.Recordset(), rec::Format) == Value(s_.CD_Id)) {
-        s_.CD_Pos = s_.Scan_Pos;
+        s_.CD_Pos = Scan_Pos;
         Filter_It();
     } else {
         trace_row("not a track of the disc in the drive");
@@ -37,11 +37,11 @@ void Selection::ApplyRules() {
     Recordset& rows = Data3.Recordset();
     if (rows.IsEOF() || offer_cd_track()) return;
     const bool special = !field(rows, rec::Source).is_null();
-    if (s_.Cue_Slot != 14 && !special) {
+    if (s_.Cue_Slot != kSeventhSlot && !special) {
         Filter_It();
     } else if (s_.Cue_Slot == 12) {
         trace_row("slot 12 takes no special record");
-    } else if (s_.Cue_Slot == 14) {
+    } else if (s_.Cue_Slot == kSeventhSlot) {
         if (seventh_may_take(rows)) {
             Filter_It();
         } else {
@@ -63,7 +63,7 @@ void Selection::Filter_HotCheck() {
     Recordset& rows = Data3.Recordset();
     const Value none(0);
     for (const int chart : {rec::T40, rec::AM40, rec::D40, rec::C40}) {
-        if (field(rows, chart) > none) s_.Two_X = 1;
+        if (field(rows, chart) > none) Two_X = 1;
     }
 }
 
@@ -71,7 +71,7 @@ void Selection::Filter_It() {
     s_.CD_Pass = 0;
     // A row of another source must not inherit the promo pass of the row
     // before it: Sel_State leaves here as it came in.
-    s_.Promo_Pass = 0;
+    Promo_Pass = 0;
     if (const char* why = screen_row()) {
         trace_row(why);
         return;
@@ -87,21 +87,21 @@ const char* Selection::screen_row() {
     const std::string head = Left(path, 2);
     if (head != "QX" && head != "CD") {
         // Slots 1 and 7 open a set.
-        if (s_.Cue_Slot == 7 || s_.Cue_Slot == 1) s_.Set_Format = Right(path, 3);
-        if (s_.MFilter == 1 && Right(path, 3) != s_.Set_Format) return "another format in the set";
+        if (s_.Cue_Slot == 7 || s_.Cue_Slot == 1) Set_Format = Right(path, 3);
+        if (s_.MFilter == 1 && Right(path, 3) != Set_Format) return "another format in the set";
     }
-    if (!field(rows, rec::Source).is_null() && s_.Snip_Run >= s_.Snip_Max)
+    if (!field(rows, rec::Source).is_null() && Snip_Run >= s_.Snip_Max)
         return "special records in a row at Max Snipits";
-    if (head == "CD" && s_.Sel_State != 10) return "CD track outside the CD pass";
-    if (s_.Sel_State == 10) {
-        s_.Sel_State = 3;
+    if (head == "CD" && Sel_State != 10) return "CD track outside the CD pass";
+    if (Sel_State == 10) {
+        Sel_State = 3;
         s_.CD_Pass = 1;
     }
-    go_to(s_.Scan_Pos);
-    if (s_.Scan_Pos + 1 == s_.Scan_Count) rows.MoveLast();
+    go_to(Scan_Pos);
+    if (Scan_Pos + 1 == Scan_Count) rows.MoveLast();
 
     const double now = services_.clock.Now();
-    if (s_.Sel_State == 1) {
+    if (Sel_State == 1) {
         const Value sel = field(rows, rec::Sel);
         if (since(now, field(rows, rec::LastPlayed)) < field(rows, rec::MinTime))
             return "request: minimum time between plays";
@@ -119,11 +119,11 @@ const char* Selection::screen_row() {
                 rows.SetField(rec::Sel, Value(sel.number() - 1));
             }
             rows.Update();
-            s_.Sel_Found = 1;
+            Sel_Found = 1;
         }
     }
-    if (s_.Sel_State == 3 && field(rows, rec::ScheduleSelect) == Value(0)) {
-        if (s_.CD_Pass == 1) s_.Sel_State = 10;
+    if (Sel_State == 3 && field(rows, rec::ScheduleSelect) == Value(0)) {
+        if (s_.CD_Pass == 1) Sel_State = 10;
         return "not scheduled now (Schedule Select 0)";
     }
     return nullptr;
@@ -132,18 +132,18 @@ const char* Selection::screen_row() {
 // Promo interval, minimum time, day, windows, charts and limits, for the
 // promo and rotation passes. Gives the reason a row was not accepted.
 const char* Selection::judge_row() {
-    if (s_.Sel_State != 3 && s_.Sel_State != 0) return nullptr;
+    if (Sel_State != 3 && Sel_State != 0) return nullptr;
     Recordset& rows = Data3.Recordset();
     const double now = services_.clock.Now();
     const char* why = nullptr;
 
-    if (s_.Sel_State == 0) {
-        s_.Promo_Pass = 1;
-        s_.Sel_State = 3;
+    if (Sel_State == 0) {
+        Promo_Pass = 1;
+        Sel_State = 3;
     }
-    if (s_.Promo_Pass == 1 &&
+    if (Promo_Pass == 1 &&
         since(s_.Clock_Play, field(rows, rec::LastPlayed)) < field(rows, rec::MinTime)) {
-        s_.Sel_State = 0;
+        Sel_State = 0;
         why = "timed promo: interval not over";
     }
     // Strict, so a zero minimum still needs the clock to have moved.
@@ -154,33 +154,33 @@ const char* Selection::judge_row() {
     const int weekday = Weekday(s_.Clock_Sched);
     const int day_field = weekday == 1 ? rec::ValidSunday : rec::ValidMonday + weekday - 2;
     if (field(rows, day_field) == kFalse) {
-        s_.Sel_State = 9;
+        Sel_State = 9;
         why = "not valid on this day";
     }
-    if (s_.Sel_State == 3) {
+    if (Sel_State == 3) {
         const Value t(TimeValueOf(services_.clock.Now()) + s_.Look_Play);
-        s_.Sel_State = 8;
+        Sel_State = 8;
         if (in_window(field(rows, rec::StartTime1), field(rows, rec::EndTime1), t) ||
             in_window(field(rows, rec::StartTime2), field(rows, rec::EndTime2), t)) {
-            s_.Sel_State = 3;
+            Sel_State = 3;
         } else {
             why = "outside both time windows";
         }
     }
-    if (s_.Sel_State == 3) {
-        s_.Two_X = 0;
-        if (s_.Cue_Slot != 14 && s_.CD_Pass == 0) Filter_HotCheck();
+    if (Sel_State == 3) {
+        Two_X = 0;
+        if (s_.Cue_Slot != kSeventhSlot && s_.CD_Pass == 0) Filter_HotCheck();
         why = limit(rec::HowManyMonth, rec::MaxMonth, rec::MonthlyReset, "m", "monthly limit");
-        if (s_.Sel_State == 3)
+        if (Sel_State == 3)
             why = limit(rec::HowManyWeek, rec::MaxPlayWeek, rec::WeeklyReset, "ww", "weekly limit");
-        if (s_.Sel_State == 3)
+        if (Sel_State == 3)
             why = limit(rec::HowManyToday, rec::MaxPlayDay, rec::DailyReset, "d", "daily limit");
-        if (s_.Sel_State == 3) {
-            s_.Sel_Found = 1;
-            ++s_.Pick_Count;
+        if (Sel_State == 3) {
+            Sel_Found = 1;
+            ++Pick_Count;
         }
     }
-    if (s_.Sel_State == 9 || s_.Sel_State == 8) s_.Sel_State = 3;
+    if (Sel_State == 9 || Sel_State == 8) Sel_State = 3;
     return why;
 }
 
@@ -193,9 +193,9 @@ const char* Selection::limit(int count_field, int max_field, int reset_field, co
     const Value count = field(rows, count_field);
     const Value most = field(rows, max_field);
     if (!(count >= most)) return nullptr;
-    if (s_.Two_X == 1 && count >= Value(most.number() * 2)) s_.Two_X = 0;
-    if (s_.Two_X != 0) return nullptr;
-    s_.Sel_State = 8;
+    if (Two_X == 1 && count >= Value(most.number() * 2)) Two_X = 0;
+    if (Two_X != 0) return nullptr;
+    Sel_State = 8;
     const double now = services_.clock.Now();
     if (Value(now) > field(rows, reset_field)) {
         rows.Edit();
@@ -203,7 +203,7 @@ const char* Selection::limit(int count_field, int max_field, int reset_field, co
         rows.SetField(count_field, Value(0));
         rows.Update();
         write_done();
-        s_.Sel_State = 3;
+        Sel_State = 3;
         return nullptr;
     }
     return why;
@@ -211,14 +211,14 @@ const char* Selection::limit(int count_field, int max_field, int reset_field, co
 
 void Selection::close_judgement(const char* why) {
     Recordset& rows = Data3.Recordset();
-    if (s_.Sel_State == 1) main_.Count(8);
-    if (s_.Sel_State == 3 && s_.CD_Pass == 1) s_.Sel_State = 10;
-    if (s_.Promo_Pass == 1) s_.Sel_State = 0;
-    if (s_.Sel_Found == 1 && field(rows, rec::ScheduleSelect) == Value(0) && s_.Sel_State == 3) {
-        s_.Sel_Found = 0;
+    if (Sel_State == 1) main_.Count(8);
+    if (Sel_State == 3 && s_.CD_Pass == 1) Sel_State = 10;
+    if (Promo_Pass == 1) Sel_State = 0;
+    if (Sel_Found == 1 && field(rows, rec::ScheduleSelect) == Value(0) && Sel_State == 3) {
+        Sel_Found = 0;
         why = "not scheduled now (second look)";
     }
-    if (s_.Sel_Found != 1) {
+    if (Sel_Found != 1) {
         trace_row(why != nullptr     ? why
                   : s_.PL_Build != 0 ? "request: a playlist is being built"
                                      : "request: no open count");
@@ -235,21 +235,21 @@ void Selection::accept() {
         if (Data3.RecordSource != "BPSort") {
             Push_Artist();
             Push_Title();
-            s_.BP_Count = 1;
+            BP_Count = 1;
         } else {
-            ++s_.BP_Count;
+            ++BP_Count;
             Push_Title();
         }
     }
     main_.Count(5);
-    if (s_.Two_X == 1) {
+    if (Two_X == 1) {
         s_.Power_Ctr = s_.Power_Every;
         main_.Count(6);
     } else {
         s_.Power_Ctr = std::max(0, s_.Power_Ctr - 1);
         caption("Count = " + std::to_string(s_.Power_Ctr));
     }
-    ++s_.Least_Ctr;
+    ++Least_Ctr;
     const long rec_id = static_cast<long>(field(Data3.Recordset(), rec::RecID).number());
     Load_AmTemps();
     report(PickReport::Way::Rules, rec_id);

@@ -32,7 +32,7 @@ Form2::Form2(Station& station, Services& services, LibraryPool& pool)
 
 void Form2::Form_Load() {
     DataCat.DatabaseName = services_.paths.ToNative(station_.Act_Db).path;
-    Combo1.Text = Format(station_.Over_Len, "short time");
+    Combo1.Text = Format(Over_Len, "short time");
     show_state();
     Cat_Chk();
     Loaded = true;
@@ -82,8 +82,8 @@ void Form2::CmdCat_Click(int index) {
 void Form2::Combo1_Click() {
     const auto length = parse_date_text(Combo1.selected_text());
     if (!length) return;
-    station_.Over_Len = *length;
-    station_.Over_End = services_.clock.Now() + station_.Over_Len;
+    Over_Len = *length;
+    station_.Over_End = services_.clock.Now() + Over_Len;
     Text1.Text = date_text(station_.Over_End);
 }
 

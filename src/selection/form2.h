@@ -18,7 +18,8 @@ class Form2 : public Form {
 
     Form2(Station& station, Services& services, LibraryPool& pool);
 
-    DataControl DataCat;  // the Schedule table
+    DataControl DataCat;             // the Schedule table
+    double Over_Len = 5.0 / 1440.0;  // how long an override holds
 
     void Form_Load();
     // `Command2`: closes the window.

@@ -39,6 +39,7 @@ frmSchedule1::frmSchedule1(Station& station, Services& services, LibraryPool& po
       main_(main),
       types_(types),
       setup_(setup) {
+    Active_Cats.fill("NONE");
     Caption = "Schedule";
     datPrimaryRS.RecordSource = "select * from [Schedule] Order by [Name]";
     MainDB.RecordSource = "Recordings1";
@@ -108,16 +109,16 @@ void frmSchedule1::Check_Sched() {
         reset_weights();
     }
 
-    s_.Sched_Changed = 0;
-    s_.All_Charts = 0;
-    s_.Active_Next = 1;
+    Sched_Changed = 0;
+    All_Charts = 0;
+    Active_Next = 1;
     DataSched.Refresh();
     Recordset& entries = DataSched.Recordset();
     for (entries.MoveFirst(); !entries.IsEOF(); entries.MoveNext())
         judge_entry(weights_on, entries);
-    for (int i = s_.Active_Next; i <= kMaxActive; ++i)
-        s_.Active_Cats[i] = "NONE";
-    --s_.Active_Next;
+    for (int i = Active_Next; i <= kMaxActive; ++i)
+        Active_Cats[i] = "NONE";
+    --Active_Next;
     rewrite_schedule_select();
 }
 
@@ -125,8 +126,8 @@ void frmSchedule1::Check_Sched() {
 // index 99.
 bool frmSchedule1::active(const std::string& category) const {
     for (int i = 1; i <= kMaxActive; ++i) {
-        if (s_.Active_Cats[i] == "NONE" && i < 99) return false;
-        if (s_.Active_Cats[i] == category) return true;
+        if (Active_Cats[i] == "NONE" && i < 99) return false;
+        if (Active_Cats[i] == category) return true;
     }
     return false;
 }
@@ -144,43 +145,43 @@ void frmSchedule1::reset_weights() {
 
 void frmSchedule1::judge_entry(bool weights_on, Recordset& entry) {
     const double now = services_.clock.Now();
-    s_.Sched_Hit = 0;
-    s_.Sched_Stopped = 0;
+    Sched_Hit = 0;
+    Sched_Stopped = 0;
     if (s_.Over_End < now) s_.Over_On = 0;
     if (s_.Over_On == 1) {
-        s_.Sched_Hit = field(entry, sched::Override) == Value(1) ? 2 : 0;
+        Sched_Hit = field(entry, sched::Override) == Value(1) ? 2 : 0;
     } else {
-        if (field(entry, sched::Power).truthy()) s_.Sched_Hit = 1;
-        if (field(entry, sched::RunNow).truthy() && s_.Sched_Hit == 1) s_.Sched_Hit = 2;
-        if (s_.Sched_Hit == 1 && !field(entry, sched::DOMALL).truthy() &&
+        if (field(entry, sched::Power).truthy()) Sched_Hit = 1;
+        if (field(entry, sched::RunNow).truthy() && Sched_Hit == 1) Sched_Hit = 2;
+        if (Sched_Hit == 1 && !field(entry, sched::DOMALL).truthy() &&
             field(entry, sched::DOM1) != Value(Day(s_.Clock_Sched)))
-            s_.Sched_Hit = 0;
-        if (s_.Sched_Hit == 1) {
+            Sched_Hit = 0;
+        if (Sched_Hit == 1) {
             const Value t(TimeValueOf(now) + s_.Look_Sched);
-            s_.Sched_Hit =
+            Sched_Hit =
                 in_window(field(entry, sched::STime), field(entry, sched::ETime), t) ? 1 : 0;
         }
-        if (s_.Sched_Hit == 1) {
+        if (Sched_Hit == 1) {
             const int weekday = Weekday(s_.Clock_Sched);
             const int day_field = weekday == 1 ? sched::Su : sched::Mo + weekday - 2;
-            if (field(entry, day_field) == kFalse) s_.Sched_Hit = 0;
+            if (field(entry, day_field) == kFalse) Sched_Hit = 0;
         }
-        if (s_.Sched_Hit == 0 && field(entry, sched::DOWALL).truthy()) {
-            s_.Sched_Changed = 1;
-            s_.Sched_Stopped = 1;
+        if (Sched_Hit == 0 && field(entry, sched::DOWALL).truthy()) {
+            Sched_Changed = 1;
+            Sched_Stopped = 1;
             entry.Edit();
             entry.SetField(sched::DOWALL, kFalse);
             entry.Update();
         }
     }
-    if (s_.Sched_Hit == 0) return;
+    if (Sched_Hit == 0) return;
     if (field(entry, sched::UsePL).truthy()) {
-        s_.All_Charts = 1;
+        All_Charts = 1;
     } else {
         activate(field(entry, sched::Type1).text(), weights_on);
     }
     if (!field(entry, sched::DOWALL).truthy()) {
-        s_.Sched_Changed = 1;
+        Sched_Changed = 1;
         entry.Edit();
         entry.SetField(sched::DOWALL, Value::boolean(true));
         entry.Update();
@@ -189,9 +190,9 @@ void frmSchedule1::judge_entry(bool weights_on, Recordset& entry) {
 
 void frmSchedule1::activate(const std::string& category, bool weights_on) {
     auto add = [this](const std::string& name) {
-        if (s_.Active_Next <= kMaxActive) s_.Active_Cats[s_.Active_Next] = name;
+        if (Active_Next <= kMaxActive) Active_Cats[Active_Next] = name;
         types_.Label3.Caption += name + ", ";
-        ++s_.Active_Next;
+        ++Active_Next;
     };
     if (!weights_on) {
         add(category);
@@ -206,9 +207,9 @@ void frmSchedule1::activate(const std::string& category, bool weights_on) {
         if (field(weights, weight::Category).text() != category) continue;
         if (weight_of(weights) > count_of(weights) || count_of(weights) == weight::kNotWeighted) {
             add(category);
-        } else if (s_.Active_Next <= kMaxActive) {
+        } else if (Active_Next <= kMaxActive) {
             // The monitor names the list entry at this place, as it stands.
-            types_.Label5.Caption += s_.Active_Cats[s_.Active_Next] + ", ";
+            types_.Label5.Caption += Active_Cats[Active_Next] + ", ";
         }
     }
 }

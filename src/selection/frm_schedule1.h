@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -31,6 +32,15 @@ class frmSchedule1 : public Form {
     DataControl DataSched;     // Schedule, in table order
     DataControl DataType;      // the categories the editor offers
     DataControl DataTcheck;    // SRequest, for the wait estimate
+
+    // What the last check made active: the categories (1 to 100, "NONE"
+    // past the last), the next free place, and whether every chart counts.
+    // Sched_Hit is the verdict on the entry being judged; Sched_Changed
+    // tells the editor the active set changed.
+    std::array<std::string, 101> Active_Cats;
+    int Active_Next = 0;
+    int All_Charts = 0;
+    int Sched_Hit = 0, Sched_Changed = 0, Sched_Stopped = 0;
 
     // The players' state for the wait estimate; set by the station.
     NowPlaying players;

@@ -37,14 +37,14 @@ std::string active_expression(int categories) {
 void frmSchedule1::rewrite_schedule_select() {
     const std::shared_ptr<Library> file = library();
     if (file == nullptr) return;
-    const int categories = std::clamp(s_.Active_Next, 0, 100);
+    const int categories = std::clamp(Active_Next, 0, 100);
     const std::string active = active_expression(categories);
     Statement update =
         file->connection().prepare("UPDATE Recordings1 SET [Schedule Select] = " + active +
                                    " WHERE [Schedule Select] IS NOT " + active);
     for (int i = 1; i <= categories; ++i)
-        update.bind_text(i, s_.Active_Cats[i]);
-    update.bind_int64(categories + 1, s_.All_Charts == 1 ? 1 : 0);
+        update.bind_text(i, Active_Cats[i]);
+    update.bind_int64(categories + 1, All_Charts == 1 ? 1 : 0);
     Transaction batch = file->transaction();
     if (update.step() == Statement::Step::Done && file->connection().changes() > 0)
         file->note_write({"Schedule Select"});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -50,6 +51,31 @@ class Selection {
     // takes only what its own rule would take, while the library has it.
     bool bridge_songs_only = false;
 
+    // The state of the run, kept from one pick to the next. Sel_State is
+    // the source tried (0 timed promos, 1 requests, 3 rotation, 8 the
+    // seventh player's, 9 promos, 10 the CD); the sweep starts at
+    // Rnd_Start.
+    int Sel_State = 0, Sel_Found = 0;
+    int Qry_Empty = 0;
+    int Rnd_Start = 0, Scan_Pos = 0, Scan_Count = 0;
+    int Req_Skip = 0;
+    int Hot_Active = 0;
+    int Least_Ctr = 0, Least_Flip = 0;
+    int Promo_Pass = 0;
+    int Pick_Count = 0, Fall_Count = 0;
+    int Two_X = 0;  // the row is charted, so it may play twice its limit
+    std::string Set_Format;
+    int Snip_Run = 0;
+    int PL_Random = 0;
+    // The block party: the last picks' artist and titles, and the scan.
+    std::string BP_Artist = "a";
+    std::array<std::string, 5> BP_Titles{"a", "a", "a", "a", "a"};
+    std::array<std::string, 5> BP_Artists{"a", "a", "a", "a", "a"};
+    int BP_Count = 0, BP_Done = 0, BP_Full = 0, BP_Scan = 0;
+    // The last commit's chart lead.
+    std::string Lead_Type;
+    int Lead_Pos = 0, Lead_Field = 0;
+
     // The player side's entry: fills Cue_Slot, unless the pick was a
     // playlist marker (PL_Marker) or nothing could be taken (Sel_Starved).
     void auto_run();
@@ -82,6 +108,7 @@ class Selection {
     void take_fallback(PickReport::Way way);
     void go_to(long position);
     void write_done();
+    const char* query_for_rotation();
 
     // Filter steps.
     // In CD mode only the tracks of the disc in the drive are offered; true

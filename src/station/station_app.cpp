@@ -48,7 +48,7 @@ StationApp::StationApp(const Services& services, const PlayerFactory& players,
       playback(station, services, PlaybackScreens{qx_main, loding, viewer}, tavora_db.Data1,
                bank_players(services, players),
                SelectionPort{[this] { selection.auto_run(); }, [this] { schedule.Check_Sched(); }}),
-      recorder(station, services, viewer, std::move(encoders)),
+      recorder(services, viewer, std::move(encoders)),
       cd_deck_(std::make_unique<PlayerDeck>(bank_players(services, players)(kCdPlayer))),
       cd_image_([lengths = std::make_shared<MediaLengths>()](const std::string& path,
                                                              std::string& error) {

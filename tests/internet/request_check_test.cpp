@@ -31,7 +31,7 @@ TEST_F(RequestCheck, SixTitlesAreTakenFiveThenOne) {
     mail.Check_File();
     EXPECT_EQ(sel("Fox"), 1);
     EXPECT_EQ(mail.Label14.Caption, "6");
-    EXPECT_EQ(station.IIS_Saved, 6);
+    EXPECT_EQ(mail.IIS_Saved, 6);
     EXPECT_EQ(lines(fake.home() / "tqxiis.ini")[11], "6");
     EXPECT_EQ(mail.List1.List.back(), "Fox Artist - Fox - " + date_text(kNow));
 }
@@ -67,7 +67,7 @@ TEST_F(RequestCheck, HotRequestMakesTheNextFivePriority) {
     mail.Check_File();
     EXPECT_EQ(sel("Easy"), 50);
     EXPECT_EQ(sel("Fox"), 1);
-    EXPECT_EQ(station.Hot_Left, 0);
+    EXPECT_EQ(mail.Hot_Left, 0);
 }
 
 TEST_F(RequestCheck, LongListAsksForAClearAndStartsAgain) {

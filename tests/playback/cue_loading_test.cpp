@@ -88,7 +88,7 @@ TEST_F(CueLoading, ASongTooShortForSelectionLeavesTheLoadToTheNextOne) {
     run();
     ASSERT_TRUE(wait_until([&] { return !air.starts(2).empty(); }, 200));
     wait(1);
-    EXPECT_EQ(station.Load_Late, 1);
+    EXPECT_EQ(playback->Load_Late, 1);
     EXPECT_EQ(station.Load_Due, 1);
     wait(10);
     EXPECT_EQ(station.Load_Due, 1) << "the spot gives no room for selection";

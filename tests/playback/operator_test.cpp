@@ -22,7 +22,7 @@ TEST_F(Operator, TheStationManagersBreakHoldsTheSetUntilItsEnd) {
     EXPECT_EQ(station.Live_Mode, 2);
     EXPECT_EQ(station.Req_Hold, 1) << "requests wait out the break";
     EXPECT_EQ(break_button.Caption, "Resume");
-    EXPECT_EQ(station.Pause_At, 2);
+    EXPECT_EQ(playback->Pause_At, 2);
     EXPECT_TRUE(station.BP_On);
     EXPECT_EQ(station.BP_Block, 3);
 
@@ -61,9 +61,9 @@ TEST_F(Operator, MSevenModeClearsTheSettleCountWhateverTheSeventhPlayerDoes) {
     start_set();
     ASSERT_TRUE(viewer.mode_m7());
     ASSERT_FALSE(plays(7));
-    station.Settle_Count = 4;
+    playback->Settle_Count = 4;
     playback->APlayer7_Timer();
-    EXPECT_EQ(station.Settle_Count, 0);
+    EXPECT_EQ(playback->Settle_Count, 0);
 }
 
 TEST_F(Operator, ARestartAsksFirstAndCancelLeavesTheSetPlaying) {
@@ -74,7 +74,7 @@ TEST_F(Operator, ARestartAsksFirstAndCancelLeavesTheSetPlaying) {
     EXPECT_EQ(asked().title, "UNLOAD WARNING");
     EXPECT_EQ(asked().text,
               "This Will unload and STOP the Wave Players! Are You Sure you want to do this?");
-    EXPECT_EQ(station.Ply_View, 1);
+    EXPECT_EQ(playback->Ply_View, 1);
     EXPECT_TRUE(plays(1));
     EXPECT_EQ(air.commits.size(), picked);
 
@@ -123,7 +123,7 @@ TEST_F(Operator, TheOnAirPopUpCountsDownToTheMixAndThroughTheIntro) {
     EXPECT_NEAR(std::stoi(pop.LblLeftValue.Caption), 7, 1) << "the intro still to run";
 
     pop.click("CmdPause");
-    EXPECT_EQ(station.Pause_At, 3);
+    EXPECT_EQ(playback->Pause_At, 3);
     EXPECT_EQ(pop.LblPause.Caption, "Plyr3 will pause, Press");
     EXPECT_TRUE(pop.CmdResume.Visible);
 }

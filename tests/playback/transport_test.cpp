@@ -52,7 +52,7 @@ TEST_F(Transport, ASkipThreeSecondsInHandsOverSevenSecondsLaterAndClosingAWindow
     wait(20);
     playback->Player_QueryUnload(2);
     EXPECT_EQ(fake.dialogs.shown().size(), 1u);
-    EXPECT_EQ(station.Ply_Closing, 0);
+    EXPECT_EQ(playback->Ply_Closing, 0);
     wait(kTick);
     EXPECT_TRUE(plays(3)) << "twenty seconds played: the hand-over fires at once";
 }
@@ -62,7 +62,7 @@ TEST_F(Transport, BreakHoldsTheNextSlotMutedAtItsStartUntilResume) {
     ASSERT_TRUE(wait_until([&] { return station.Ply_Now == 3; }, 400));
     playback->Break_Click();
     EXPECT_EQ(break_button.Caption, "Resume");
-    EXPECT_EQ(station.Pause_At, 4);
+    EXPECT_EQ(playback->Pause_At, 4);
 
     ASSERT_TRUE(wait_until([&] { return station.Ply_Now == 4; }, 250));
     EXPECT_TRUE(plays(4));
@@ -78,7 +78,7 @@ TEST_F(Transport, BreakHoldsTheNextSlotMutedAtItsStartUntilResume) {
 
     playback->Break_Click();
     EXPECT_EQ(break_button.Caption, "Break");
-    EXPECT_EQ(station.Pause_At, 0);
+    EXPECT_EQ(playback->Pause_At, 0);
     EXPECT_TRUE(plays(4));
     EXPECT_TRUE(playback->TimerViewer().Enabled());
     wait(1);

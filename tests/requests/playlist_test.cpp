@@ -98,7 +98,7 @@ TEST_F(DailyRun, TopRequestTakesPlacesUpTo75ThenUpTo30OnTheFifth) {
     request->wiz_it = [&exports] { ++exports; };
     request->Form_Load();
     station.Auto_PL = 0;
-    station.Auto_PL_First = 0;
+    request->Auto_PL_First = 0;
     request->TimerMar_Timer();
     EXPECT_EQ(exports, 1);
     EXPECT_EQ(station.Auto_PL, 1);

@@ -10,7 +10,7 @@ class StatusFiles : public RequestFixture {
             add("Song " + std::to_string(100 + i));
         request->PlayState = [this](int slot) { return slot == playing ? 2 : 0; };
         for (int i = 1; i <= 11; ++i)
-            station.Stat_Hist[i] = "Old " + std::to_string(i);
+            request->Stat_Hist[i] = "Old " + std::to_string(i);
         station.Slot_Title[3] = "Now - Artist";
         station.Ply_Now = 3;
     }
@@ -39,7 +39,7 @@ TEST_F(StatusFiles, LinesWithBlockPartyAndWithRequests) {
     EXPECT_EQ(status(), expected);
     EXPECT_EQ(lines(fake.home() / "tqxsrdy.txt"),
               std::vector<std::string>{"3/10/2026 10:00:00 AM"});
-    EXPECT_EQ(station.Stat_Slot, 3);
+    EXPECT_EQ(request->Stat_Slot, 3);
 
     station.Req_Avail = true;
     station.Req_Open = 12;
@@ -64,7 +64,7 @@ TEST_F(StatusFiles, LateSlotsDropTheTrailingLines) {
 
 TEST_F(StatusFiles, NoPlayerPlayingWritesNothingButTheListPages) {
     playing = 0;
-    station.Idle_Count = 1;
+    request->Idle_Count = 1;
     request->Form_Load();
     EXPECT_FALSE(std::filesystem::exists(fake.home() / "tqxstat.txt"));
     EXPECT_EQ(request->List_Top, 14);

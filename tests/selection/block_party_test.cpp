@@ -24,10 +24,10 @@ TEST_F(BlockPartyTest, FirstSongComesFromTheRotationAndOpensABlock) {
     const long id = song("Bruce Springsteen", "Born");
     EXPECT_EQ(pick(), id);
     EXPECT_EQ(source, "NormSel");
-    EXPECT_EQ(station.BP_Artist, "Bruce");
-    EXPECT_EQ(station.BP_Count, 1);
-    EXPECT_EQ(station.BP_Artists[4], "a");
-    EXPECT_EQ(station.BP_Titles[4], "Born");
+    EXPECT_EQ(selection.BP_Artist, "Bruce");
+    EXPECT_EQ(selection.BP_Count, 1);
+    EXPECT_EQ(selection.BP_Artists[4], "a");
+    EXPECT_EQ(selection.BP_Titles[4], "Born");
 }
 
 TEST_F(BlockPartyTest, BlockContinuesWithTheSamePrefixButNotARecentTitle) {
@@ -35,26 +35,26 @@ TEST_F(BlockPartyTest, BlockContinuesWithTheSamePrefixButNotARecentTitle) {
     song("Bruce Hornsby", "Mandolin Rain");
     const long next = song("Bruce Hornsby", "The Way It Is");
     song("Cher", "Believe");
-    station.BP_Artist = "Bruce";
-    station.BP_Count = 1;
-    station.BP_Titles[4] = "Mando";
+    selection.BP_Artist = "Bruce";
+    selection.BP_Count = 1;
+    selection.BP_Titles[4] = "Mando";
     EXPECT_EQ(pick(), next);
     EXPECT_EQ(source, "BPSort");
-    EXPECT_EQ(station.BP_Count, 2);
-    EXPECT_EQ(station.BP_Titles[4], "The W");
+    EXPECT_EQ(selection.BP_Count, 2);
+    EXPECT_EQ(selection.BP_Titles[4], "The W");
 }
 
 TEST_F(BlockPartyTest, ArtistOfARecentBlockEndsTheScan) {
     song("Abba", "Waterloo");
     song("Bruce Hornsby", "Mandolin Rain");
-    station.BP_Artist = "Bruce";
-    station.BP_Artists[0] = "Bruce";
-    station.BP_Count = 1;
+    selection.BP_Artist = "Bruce";
+    selection.BP_Artists[0] = "Bruce";
+    selection.BP_Count = 1;
     pick();
     // The rotation has no artist separation: either song may open the next block.
     EXPECT_EQ(source, "NormSel");
-    EXPECT_EQ(station.BP_Artists[4], "Bruce");
-    EXPECT_EQ(station.BP_Count, 1);
+    EXPECT_EQ(selection.BP_Artists[4], "Bruce");
+    EXPECT_EQ(selection.BP_Count, 1);
 }
 
 TEST_F(BlockPartyTest, TuesdayBlockEndsAtTwoSongs) {
@@ -63,11 +63,11 @@ TEST_F(BlockPartyTest, TuesdayBlockEndsAtTwoSongs) {
     set_now(kNow - 1);  // Tuesday
     station.BP_Tuesday = true;
     station.BP_Block = 5;
-    station.BP_Artist = "Bruce";
-    station.BP_Count = 2;
+    selection.BP_Artist = "Bruce";
+    selection.BP_Count = 2;
     pick();
     EXPECT_EQ(source, "NormSel");
-    EXPECT_EQ(station.BP_Count, 1);
+    EXPECT_EQ(selection.BP_Count, 1);
 }
 
 }  // namespace

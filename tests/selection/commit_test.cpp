@@ -57,7 +57,7 @@ TEST_F(CommitTest, PlaylistMarkerTurnsItsMembersIntoPriorityRequests) {
     }
     pick();
     EXPECT_EQ(station.PL_Marker, 1);
-    EXPECT_EQ(station.PL_Random, 1);
+    EXPECT_EQ(selection.PL_Random, 1);
     EXPECT_EQ(station.Slot_Ready[3], 0);
     EXPECT_EQ(field(first, "Sel").number(), 1001);
     EXPECT_EQ(field(second, "Sel").number(), 1002);
@@ -74,7 +74,7 @@ TEST_F(CommitTest, ChartedSongWaitsInTheHoldSlotBehindItsLead) {
     EXPECT_EQ(station.Slot_RecID[13], song);
     EXPECT_EQ(station.Slot_Ready[13], 1);
     EXPECT_EQ(station.Slot_Vol[13], 0);
-    EXPECT_EQ(station.Lead_Pos, 9999);
+    EXPECT_EQ(selection.Lead_Pos, 9999);
     EXPECT_DOUBLE_EQ(field(lead, "AccessDate").number(), kNow - 10);
     EXPECT_DOUBLE_EQ(field(lead, "Last Played").number(), kNow);
     EXPECT_EQ(field(lead, "How Many Today").number(), 0);
@@ -86,25 +86,25 @@ TEST_F(CommitTest, NoLeadForAnotherFormatTheSeventhPlayerOrAMissingPosition) {
     add_last_special();
     station.MFilter = 1;
     EXPECT_EQ(pick(1), song);  // slot 1 opens an mp3 set
-    EXPECT_EQ(station.Lead_Type, "TopDance");
-    EXPECT_EQ(station.Lead_Pos, 3);
+    EXPECT_EQ(selection.Lead_Type, "TopDance");
+    EXPECT_EQ(selection.Lead_Pos, 3);
     station.MFilter = 0;
     station.Ply7_On = 1;
     set(song, "Last Played", Value::date(kNow - 1));
     EXPECT_EQ(pick(14), song);
-    EXPECT_EQ(station.Lead_Pos, 3);
+    EXPECT_EQ(selection.Lead_Pos, 3);
     set(song, "Last Played", Value::date(kNow - 1));
     set(song, "D40", Value(0));
     EXPECT_EQ(pick(), song);  // Top 40 position 7 has no lead
-    EXPECT_EQ(station.Lead_Pos, 7);
+    EXPECT_EQ(selection.Lead_Pos, 7);
     EXPECT_EQ(station.Slot_Ready[13], 0);
 }
 
 TEST_F(CommitTest, TieBetweenChartsKeepsTheEarlierOne) {
     add({{"T40", Value(5)}, {"C40", Value(5)}});
     pick();
-    EXPECT_EQ(station.Lead_Type, "TopAC");
-    EXPECT_EQ(station.Lead_Field, rec::C40);
+    EXPECT_EQ(selection.Lead_Type, "TopAC");
+    EXPECT_EQ(selection.Lead_Field, rec::C40);
 }
 
 TEST_F(CommitTest, SpecialRowCountsTowardsTheRunAndGetsNoLead) {
@@ -112,12 +112,12 @@ TEST_F(CommitTest, SpecialRowCountsTowardsTheRunAndGetsNoLead) {
     add_lead("Top40", "T40", 2);
     add_last_special();
     station.Snip_Max = 3;
-    station.Snip_Run = 1;
-    station.Lead_Pos = 0;
+    selection.Snip_Run = 1;
+    selection.Lead_Pos = 0;
     pick();
     EXPECT_EQ(station.Slot_Special[3], 1);
-    EXPECT_EQ(station.Snip_Run, 2);
-    EXPECT_EQ(station.Lead_Pos, 0);
+    EXPECT_EQ(selection.Snip_Run, 2);
+    EXPECT_EQ(selection.Lead_Pos, 0);
 }
 
 TEST_F(CommitTest, AcceptedPickCountsAgainstItsWeightedCategories) {

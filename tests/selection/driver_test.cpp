@@ -38,20 +38,20 @@ TEST_F(DriverTest, RandomStartAddsTheClockSecondsOrTakesThemAway) {
     set_now(kNow + TimeSerial(0, 0, 30));
     Random same;  // the station's generator, before its first draw
     const int draw = static_cast<int>(Int(99 * same.next() + 1));
-    station.Sel_State = 3;
+    selection.Sel_State = 3;
     selection.GetQry();
     EXPECT_EQ(selection.Data3.RecordSource, "NormSel");
-    EXPECT_EQ(station.Rnd_Start, draw + 30 > 99 ? draw - 30 : draw + 30);
+    EXPECT_EQ(selection.Rnd_Start, draw + 30 > 99 ? draw - 30 : draw + 30);
 }
 
 TEST_F(DriverTest, TwoRowQueryAlwaysStartsAtOne) {
     add();
     add();
     set_now(kNow + TimeSerial(0, 0, 5));
-    station.Sel_State = 3;
+    selection.Sel_State = 3;
     for (int run = 0; run < 3; ++run) {
         selection.GetQry();
-        EXPECT_EQ(station.Rnd_Start, 1);
+        EXPECT_EQ(selection.Rnd_Start, 1);
     }
 }
 
@@ -82,7 +82,7 @@ TEST_F(DriverTest, LongRequestListSkipsEveryThirdRequestPass) {
     EXPECT_EQ(picks[0].record_source, "SRequest");
     EXPECT_EQ(picks[1].record_source, "SRequest");
     EXPECT_EQ(picks[2].record_source, "NormSel");
-    EXPECT_EQ(station.Req_Skip, 0);
+    EXPECT_EQ(selection.Req_Skip, 0);
 }
 
 TEST_F(DriverTest, HeldRequestsWaitWhateverTheirPriority) {
@@ -96,17 +96,17 @@ TEST_F(DriverTest, LeastPlayedQueriesTakeTurnsWithTheirCaptions) {
     add();
     add();
     station.Least_Every = 3;
-    station.Least_Ctr = 3;
-    station.Sel_State = 3;
+    selection.Least_Ctr = 3;
+    selection.Sel_State = 3;
     selection.GetQry();
     EXPECT_EQ(selection.Data3.RecordSource, "NormSel");
-    station.Least_Ctr = 4;
+    selection.Least_Ctr = 4;
     selection.GetQry();
     EXPECT_EQ(selection.Data3.RecordSource, "LastPlay");
     EXPECT_EQ(loading.Label1.Caption, "Search Least Frequent Play");
-    EXPECT_EQ(station.Least_Ctr, 0);
-    EXPECT_EQ(station.Rnd_Start, 0);
-    station.Least_Ctr = 4;
+    EXPECT_EQ(selection.Least_Ctr, 0);
+    EXPECT_EQ(selection.Rnd_Start, 0);
+    selection.Least_Ctr = 4;
     selection.GetQry();
     EXPECT_EQ(selection.Data3.RecordSource, "LeastPlayed");
     EXPECT_EQ(loading.Label1.Caption, "Searching Least Played");
@@ -123,8 +123,8 @@ TEST_F(DriverTest, FallbackTakesAnyRowButRowZeroAndCountsIt) {
     EXPECT_EQ(field(got, "How Many Today").number(), 1);
     EXPECT_EQ(main.Panel(7).Text, "1");
     EXPECT_EQ(station.Fall_Used, -1);
-    EXPECT_EQ(station.Fall_Count, 1);
-    EXPECT_EQ(station.Sel_State, 4);
+    EXPECT_EQ(selection.Fall_Count, 1);
+    EXPECT_EQ(selection.Sel_State, 4);
     EXPECT_EQ(station.Slot_Ready[3], 1);
 }
 

@@ -112,7 +112,7 @@ TEST_F(FilterTest, ChartedRowPlaysToTwiceItsLimitButNotInTheSeventhPlayer) {
                          {"Daily Reset", Value::date(kNow + 0.5)},
                          {"Length", Value::date(TimeSerial(0, 3, 0))}});
     EXPECT_TRUE(accepted());
-    EXPECT_EQ(station.Two_X, 1);
+    EXPECT_EQ(selection.Two_X, 1);
     EXPECT_EQ(station.Power_Ctr, 8);
     EXPECT_EQ(main.Panel(6).Text, "1");
     set(id, "How Many Today", Value(5));
@@ -160,16 +160,16 @@ TEST_F(FilterTest, SnipitRunLimitHoldsUntilANormalRowPlays) {
     station.Snip_Max = 1;
     add({{"Source", Value("Snipit")}});
     EXPECT_TRUE(accepted());
-    EXPECT_EQ(station.Snip_Run, 1);
+    EXPECT_EQ(selection.Snip_Run, 1);
     fake.clock.Advance(2 * 3600 * 1000);
     EXPECT_FALSE(accepted());
-    station.Snip_Run = 0;  // as a normal pick leaves it
+    selection.Snip_Run = 0;  // as a normal pick leaves it
     EXPECT_TRUE(accepted());
 }
 
 TEST_F(FilterTest, SameFormatSetPassesSystemRecords) {
     station.MFilter = 1;
-    station.Set_Format = "mp3";
+    selection.Set_Format = "mp3";
     const long wav = add({{"Long title", Value("d:\\music\\a.wav")}});
     EXPECT_FALSE(accepted(2));
     set(wav, "Long title", Value("QXsystem.wav"));
@@ -177,7 +177,7 @@ TEST_F(FilterTest, SameFormatSetPassesSystemRecords) {
     set(wav, "Long title", Value("d:\\music\\a.wav"));
     fake.clock.Advance(2 * 3600 * 1000);
     EXPECT_TRUE(accepted(1));  // slot 1 opens a new set
-    EXPECT_EQ(station.Set_Format, "wav");
+    EXPECT_EQ(selection.Set_Format, "wav");
 }
 
 TEST_F(FilterTest, TimedPromoPlaysOnTheLookAheadClockEvenUnscheduled) {
@@ -191,7 +191,7 @@ TEST_F(FilterTest, TimedPromoPlaysOnTheLookAheadClockEvenUnscheduled) {
     EXPECT_TRUE(accepted());
     EXPECT_EQ(last.rec_id, promo);
     EXPECT_EQ(last.record_source, "Timed Promo");
-    EXPECT_EQ(station.Sel_State, 0);
+    EXPECT_EQ(selection.Sel_State, 0);
 }
 
 TEST_F(FilterTest, UnscheduledNormalRowNeverPassesTheRules) {

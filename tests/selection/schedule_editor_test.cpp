@@ -115,7 +115,7 @@ TEST_F(ScheduleEditor, GridClicksTogglePowerAndRunNowOnly) {
     EXPECT_EQ(schedule.chkFields(0).Value, 0);
     schedule.Check_Sched();
     EXPECT_EQ(field(always, "Schedule Select").number(), 0);
-    EXPECT_EQ(station.Sched_Changed, 1);
+    EXPECT_EQ(schedule.Sched_Changed, 1);
     const bool run_now = entry.Fields("Run Now").truthy();
     schedule.click("DataGrid1", 3);
     entry = OpenRecordset(library, "Schedule");

@@ -81,9 +81,9 @@ TEST_F(ScheduleTest, WindowAcrossMidnightTestsTheDayOfTheLookAheadClock) {
     set_now(46090.0 + TimeSerial(23, 0, 0));  // Monday 23:00
     schedule.Check_Sched();
     EXPECT_EQ(selected(), kPop);
-    EXPECT_EQ(station.Active_Next, 1);
-    EXPECT_EQ(station.Active_Cats[1], "POP");
-    EXPECT_EQ(station.Active_Cats[2], "NONE");
+    EXPECT_EQ(schedule.Active_Next, 1);
+    EXPECT_EQ(schedule.Active_Cats[1], "POP");
+    EXPECT_EQ(schedule.Active_Cats[2], "NONE");
 }
 
 TEST_F(ScheduleTest, CuedMusicMakesALaterEntryRunAlready) {
@@ -131,15 +131,15 @@ TEST_F(ScheduleTest, RunningFlagFollowsTheEntry) {
     entry({{"STime", Value::date(TimeSerial(13, 0, 0))},
            {"ETime", Value::date(TimeSerial(15, 0, 0))}});
     schedule.Check_Sched();
-    EXPECT_EQ(station.Sched_Changed, 1);
+    EXPECT_EQ(schedule.Sched_Changed, 1);
     Recordset table = OpenRecordset(library, "Schedule");
     table.MoveLast();
     EXPECT_TRUE(table.Fields("DOWALL").truthy());
     schedule.Check_Sched();
-    EXPECT_EQ(station.Sched_Changed, 0);
+    EXPECT_EQ(schedule.Sched_Changed, 0);
     set_now(kNow + TimeSerial(2, 0, 0));
     schedule.Check_Sched();
-    EXPECT_EQ(station.Sched_Changed, 1);
+    EXPECT_EQ(schedule.Sched_Changed, 1);
     table.Refresh();
     table.MoveLast();
     EXPECT_FALSE(table.Fields("DOWALL").truthy());
@@ -148,7 +148,7 @@ TEST_F(ScheduleTest, RunningFlagFollowsTheEntry) {
 TEST_F(ScheduleTest, UsePlActivatesEveryChartedRecordInsteadOfItsCategory) {
     entry({{"Use PL", Value::boolean(true)}, {"Type1", Value("ROCK")}});
     schedule.Check_Sched();
-    EXPECT_EQ(station.All_Charts, 1);
+    EXPECT_EQ(schedule.All_Charts, 1);
     EXPECT_EQ(selected(), (std::vector<double>{0, 0, 1}));
 }
 
