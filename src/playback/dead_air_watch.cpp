@@ -56,9 +56,9 @@ double DeadAirWatch::now_seconds() const {
 // A break, a pause, a held set, the CD in the bank's place, or no run at all:
 // silence that somebody meant, or that a skip can't end.
 bool DeadAirWatch::explained() const {
-    if (s_.Ply_View != 1 || playback_.run_stopped()) return true;
+    if (playback_.Ply_View != 1 || playback_.run_stopped()) return true;
     if (s_.Live_Mode == 2 || s_.CD_Mode == 2) return true;
-    if (s_.Pause_At > 0 && s_.Ply_Now == s_.Pause_At) return true;
+    if (playback_.Pause_At > 0 && s_.Ply_Now == playback_.Pause_At) return true;
     const Control* button = playback_.request.break_button;
     if (button && button->Caption == "Resume") return true;
     const int active = std::clamp(s_.Ply_Now, 1, kPlayers);
@@ -120,9 +120,9 @@ void DeadAirWatch::detect() {
 void DeadAirWatch::skip() {
     log("DEAD AIR SKIP at:" + Format(services_.clock.Now(), "long time") + " - " + on_air_title());
     // As a player's close box does: a skip that asks nobody.
-    s_.Ply_Closing = 1;
+    playback_.Ply_Closing = 1;
     playback_.Skip_One();
-    s_.Ply_Closing = 0;
+    playback_.Ply_Closing = 0;
     acted_at_ = now_seconds();
     if (stage_ == Stage::Listening) stage_ = Stage::Skipped;
 }

@@ -502,7 +502,7 @@ void Form1::CDButt_Click() {
         if (const Form* request = playback_.request.form) Top = request->Top;
         Height = 1400;
         Visible = true;
-        if (s_.CD_Mode == 0) s_.Ply7_Was = s_.Ply7_On;
+        if (s_.CD_Mode == 0) Ply7_Was = s_.Ply7_On;
         s_.Ply7_On = 0;
         viewer.Cmd7th.Caption = "Ply7 Off";
         viewer.Cmd7th.BackColor = frmViewer::kOff;
@@ -512,7 +512,7 @@ void Form1::CDButt_Click() {
         button.Caption = "View CD";
         button.BackColor = frmViewer::kOff;
         Visible = false;
-        if (s_.CD_Mode == 0 && s_.Ply7_Was == 1) playback_.Cmd7th_Click();
+        if (s_.CD_Mode == 0 && Ply7_Was == 1) playback_.Cmd7th_Click();
         s_.CD_On = false;
     }
     BP_Ini(s_, services_.paths.install_folder() / "qxbp.ini");

@@ -67,6 +67,7 @@ class Form1 : public Form {
     double CD_MixLeft = 0;
     int CD_SeekTo = 1;  // the track `Seek_Trk` goes to
     int FF_Step = 10;   // seconds `ff` and `rew` move by
+    int Ply7_Was = 0;   // the seventh player's switch before the view took it
 
     Control& play = add("play");
     Control& pause = add("pause");

@@ -179,7 +179,7 @@ TEST_F(CdPlayer, TheViewButtonKeepsTheSeventhPlayersStateAndGivesItBack) {
     EXPECT_TRUE(app->cd_player.Visible);
     EXPECT_EQ(app->cd_player.Height, 1400);
     EXPECT_EQ(app->station.Ply7_On, 0);
-    EXPECT_EQ(app->station.Ply7_Was, 1);
+    EXPECT_EQ(app->cd_player.Ply7_Was, 1);
     EXPECT_EQ(app->viewer.Cmd7th.Caption, "Ply7 Off");
     EXPECT_FALSE(app->viewer.CmdSc.Visible);
     EXPECT_TRUE(app->station.CD_On);

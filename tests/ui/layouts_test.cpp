@@ -15,7 +15,7 @@ void LayoutsTest::everyControlFindsItsWidget() {
     DesktopStation station(folder.path(), DesktopStation::Players::Probe);
     StationApp& app = *station.app;
     for (const char* name : {"frmSetup", "Mailfrm", "Form2", "frmTypeLookup", "frmTavoraDb",
-                             "AdWiz", "EncRep", "frmSchedule1", "Advschedule"}) {
+                             "AdWiz", "EncRep", "frmSchedule1", "Advschedule", "Form1"}) {
         const Form* form = app.form(name);
         QVERIFY2(form, name);
         QWidget window;

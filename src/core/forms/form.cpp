@@ -70,15 +70,6 @@ bool Form::set(std::string_view control, int index, const std::string& value) {
     return false;
 }
 
-std::vector<std::string> Form::control_names() const {
-    std::vector<std::string> names;
-    names.reserve(order_.size());
-    for (const auto& [control, index] : order_) {
-        names.push_back(index < 0 ? control : control + "(" + std::to_string(index) + ")");
-    }
-    return names;
-}
-
 bool Form::handles(std::string_view control, std::string_view event) const {
     return handlers_.count({std::string(control), std::string(event)}) > 0;
 }

@@ -67,8 +67,6 @@ class Form {
         on(std::move(control), "Click", std::move(handler));
     }
 
-    // Names of every control, "Name" or "Name(i)", in order of creation.
-    std::vector<std::string> control_names() const;
 
     // True when the control has a handler for the event, so that a front
     // end can grey a command nothing answers yet.
