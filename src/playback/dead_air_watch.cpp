@@ -206,7 +206,7 @@ void DeadAirWatch::log(const std::string& line) {
 
 std::string DeadAirWatch::on_air_title() const {
     if (playback_.Players(7).PlayState() == MediaPlayer::kPlaying)
-        return "QX 7 > " + s_.Slot_Title[14];
+        return "QX 7 > " + s_.Slot_Title[kSeventhSlot];
     const int slot = std::clamp(s_.Ply_Now, 1, 6);
     return "QX" + std::to_string(slot) + " > " + s_.Slot_Title[slot];
 }

@@ -147,12 +147,12 @@ void Form1::no_disc() {
     // else would, since the tick stands aside while the CD has it.
     if (s_.CD_Mode == 2) {
         s_.CD_Mode = 3;
-        s_.Slot_Started[15] = 1;
-        s_.Slot_Ready[15] = 0;
+        s_.Slot_Started[kCdSlot] = 1;
+        s_.Slot_Ready[kCdSlot] = 0;
     } else if (s_.CD_Mode == 1) {
         s_.CD_Mode = 0;
-        s_.Slot_Started[15] = 1;
-        s_.Slot_Ready[15] = 0;
+        s_.Slot_Started[kCdSlot] = 1;
+        s_.Slot_Ready[kCdSlot] = 0;
     }
     enable_buttons(false);
     timeWindow.Caption.clear();
@@ -391,8 +391,8 @@ void Form1::mix_back() {
         s_.Log_Due = 1;
     }
     s_.CD_Mode = 3;
-    s_.Slot_Started[15] = 1;
-    s_.Slot_Ready[15] = 0;
+    s_.Slot_Started[kCdSlot] = 1;
+    s_.Slot_Ready[kCdSlot] = 0;
     Control& line = playback_.viewer().Label1(0);
     line.Caption += " Complete";
     Visible = false;
@@ -414,8 +414,8 @@ void Form1::stopbtn_Click() {
     Mci_Do("stop cd wait", true);
     Mci_Do("seek cd to " + std::to_string(std::max(CD_Track, 1)), true);
     s_.CD_Mode = 1;
-    s_.Slot_Started[15] = 1;
-    s_.Slot_Ready[15] = 0;
+    s_.Slot_Started[kCdSlot] = 1;
+    s_.Slot_Ready[kCdSlot] = 0;
     StatusText.Caption = "CD Was Stopped";
 }
 
@@ -467,8 +467,8 @@ void Form1::go_to_track(int track) {
 void Form1::cmdClose_Click() {
     Mci_Do("close all", false);
     s_.CD_Mode = 0;
-    s_.Slot_Started[15] = 0;
-    s_.Slot_Ready[15] = 0;
+    s_.Slot_Started[kCdSlot] = 0;
+    s_.Slot_Ready[kCdSlot] = 0;
     timer1_->SetEnabled(false);
     CD_Loaded = false;
     Loaded = false;

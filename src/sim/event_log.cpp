@@ -68,9 +68,10 @@ void EventLog::cd_state_changed(int state) {
     if (started && s_.CD_Mode != 3) {
         ++aired_;
         const double now = clock_.Now();
-        out_ << "AIR " << event_time(now) << " slot=15 player=CD recid=" << s_.Slot_RecID[15]
-             << " \"" << s_.Slot_Title[15] << "\"\n";
-        if (on_air) on_air(15, now);
+        out_ << "AIR " << event_time(now) << " slot=" << kCdSlot
+             << " player=CD recid=" << s_.Slot_RecID[kCdSlot] << " \"" << s_.Slot_Title[kCdSlot]
+             << "\"\n";
+        if (on_air) on_air(kCdSlot, now);
     }
     if (by_players_) check_silence();
 }

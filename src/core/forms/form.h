@@ -67,7 +67,6 @@ class Form {
         on(std::move(control), "Click", std::move(handler));
     }
 
-
     // True when the control has a handler for the event, so that a front
     // end can grey a command nothing answers yet.
     bool handles(std::string_view control, std::string_view event) const;
