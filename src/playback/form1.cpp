@@ -464,16 +464,12 @@ void Form1::go_to_track(int track) {
     if (playing) Mci_Do("play cd from " + std::to_string(track), true);
 }
 
+// The CD leaves the bank before the window closes, so closing hands nothing back.
 void Form1::cmdClose_Click() {
-    Mci_Do("close all", false);
     s_.CD_Mode = 0;
     s_.Slot_Started[kCdSlot] = 0;
     s_.Slot_Ready[kCdSlot] = 0;
-    timer1_->SetEnabled(false);
-    CD_Loaded = false;
-    Loaded = false;
-    Visible = false;
-    no_disc();
+    Form_Unload();
 }
 
 bool Form1::CDAutplay() {
