@@ -106,6 +106,22 @@ TEST_F(CueEditor, PreviewFadesFollowTheMarks) {
     EXPECT_EQ(db->txtFields(33).Text, "-1");
 }
 
+// A file that fails to open leaves the preview stopped, free for the next row.
+TEST_F(CueEditor, AFileThatFailsToOpenDoesNotHoldUpTheNextRow) {
+    const long long gone = add_row("Gone", dos(home() / "music" / "gone.wav"));
+    const long long tone = add_row("Tone", dos(place("tone15.wav", "music/tone15.wav")));
+    db->Data1.Refresh();
+    Recordset& row = db->Data1.Recordset();
+    row.SetBookmark(Value(static_cast<double>(gone)));
+    db->show_tab(4);
+    engine.run_events();
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kStopped);
+    row.SetBookmark(Value(static_cast<double>(tone)));
+    db->Data1_Reposition();
+    engine.run_events();
+    EXPECT_NEAR(preview().Duration(), 15.0, 0.01);
+}
+
 TEST_F(CueEditor, CdAndPlaylistRowsCannotBeEdited) {
     add_row("Track", "CD12");
     db->Data1.Refresh();
