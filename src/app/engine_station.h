@@ -12,7 +12,6 @@
 #include "platform/event_loop.h"
 #include "players/engine_player.h"
 #include "players/probe_player.h"
-#include "station/engine_preview.h"
 #include "station/station_app.h"
 
 namespace tavora {
@@ -30,7 +29,7 @@ struct EngineStation {
           app(services, engine_players(engine, post, probe_players(services.clock, services.loop)),
               live_encoders(tap, services.paths, report_encoder_line)) {
         app.on_end = [&loop = services.loop] { loop.quit(); };
-        app.tavora_db.attach_preview(engine_preview(engine));
+        app.tavora_db.attach_preview(engine_player(engine, post));
         app.attach_air_meter(engine);
     }
 

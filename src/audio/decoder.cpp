@@ -34,12 +34,6 @@ struct PacketFree {
 
 constexpr AVRational kFrameTime{1, kRate};
 
-std::string describe(int code) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = {};
-    av_strerror(code, text, sizeof text);
-    return text;
-}
-
 int interrupted(void* opaque) {
     return static_cast<const std::atomic<bool>*>(opaque)->load(std::memory_order_relaxed) ? 1 : 0;
 }
@@ -192,7 +186,7 @@ bool Decoder::open_input(const std::string& url) {
     const int opened = avformat_open_input(&format, url.c_str(), nullptr, &options);
     av_dict_free(&options);
     if (opened < 0) {
-        error_ = "Cannot open " + url + ": " + describe(opened);
+        error_ = "Cannot open " + url + ": " + ffmpeg_error(opened);
         return false;
     }
     in->format.reset(format);
@@ -201,7 +195,7 @@ bool Decoder::open_input(const std::string& url) {
     if (std::strcmp(format->iformat->name, "wav") == 0) format->probesize = 32 * 1024;
     const int info = avformat_find_stream_info(format, nullptr);
     if (info < 0) {
-        error_ = "Cannot read " + url + ": " + describe(info);
+        error_ = "Cannot read " + url + ": " + ffmpeg_error(info);
         return false;
     }
     const AVCodec* codec = nullptr;
@@ -225,7 +219,7 @@ bool Decoder::open_input(const std::string& url) {
     in->codec->pkt_timebase = in->stream->time_base;
     const int codec_opened = avcodec_open2(in->codec.get(), codec, nullptr);
     if (codec_opened < 0) {
-        error_ = "Cannot decode " + url + ": " + describe(codec_opened);
+        error_ = "Cannot decode " + url + ": " + ffmpeg_error(codec_opened);
         return false;
     }
     in_ = std::move(in);

@@ -1,5 +1,6 @@
 #include "audio/encoder.h"
 
+#include "audio/codec_feed.h"
 #include "audio/ffmpeg_once.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/audio_fifo.h>
 #include <libavutil/channel_layout.h>
 }
 
@@ -43,12 +43,6 @@ const Kind* kind_of(const std::string& extension) {
     return nullptr;
 }
 
-std::string describe(int code) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = {};
-    av_strerror(code, text, sizeof text);
-    return text;
-}
-
 // Interleaved float where the codec takes it, else its first format: the
 // samples are converted by hand, a plain copy per channel.
 AVSampleFormat format_for(const AVCodec* codec) {
@@ -76,18 +70,12 @@ struct Encoder::Output {
     AVFormatContext* format = nullptr;
     AVCodecContext* codec = nullptr;
     AVStream* stream = nullptr;
-    AVAudioFifo* fifo = nullptr;
-    AVFrame* frame = nullptr;
-    AVPacket* packet = nullptr;
-    int frame_size = 1024;
+    std::unique_ptr<CodecFeed> feed;
     int channels = 2;
-    std::int64_t written = 0;
     bool header = false;
 
     ~Output() {
-        if (fifo) av_audio_fifo_free(fifo);
-        av_frame_free(&frame);
-        av_packet_free(&packet);
+        feed.reset();
         avcodec_free_context(&codec);
         if (format) {
             if (format->pb) avio_closep(&format->pb);
@@ -119,7 +107,7 @@ std::string Encoder::open(const std::filesystem::path& file, const std::string& 
     out->channels = channels;
     int code = avformat_alloc_output_context2(&out->format, nullptr, kind->container,
                                               file.string().c_str());
-    if (code < 0) return "can't make a " + extension + " file: " + describe(code);
+    if (code < 0) return "can't make a " + extension + " file: " + ffmpeg_error(code);
     out->codec = avcodec_alloc_context3(codec);
     out->codec->sample_fmt = format_for(codec);
     out->codec->sample_rate = rate_for(codec, rate);
@@ -135,19 +123,16 @@ std::string Encoder::open(const std::filesystem::path& file, const std::string& 
     code = avcodec_open2(out->codec, codec, &options);
     av_dict_free(&options);
     if (code < 0)
-        return std::string("can't open the ") + kind->codec + " encoder: " + describe(code);
+        return std::string("can't open the ") + kind->codec + " encoder: " + ffmpeg_error(code);
     out->stream = avformat_new_stream(out->format, nullptr);
     avcodec_parameters_from_context(out->stream->codecpar, out->codec);
     out->stream->time_base = out->codec->time_base;
     if ((code = avio_open(&out->format->pb, file.string().c_str(), AVIO_FLAG_WRITE)) < 0)
-        return "can't write " + file.string() + ": " + describe(code);
+        return "can't write " + file.string() + ": " + ffmpeg_error(code);
     if ((code = avformat_write_header(out->format, nullptr)) < 0)
-        return "can't write " + file.string() + ": " + describe(code);
+        return "can't write " + file.string() + ": " + ffmpeg_error(code);
     out->header = true;
-    if (out->codec->frame_size > 0) out->frame_size = out->codec->frame_size;
-    out->fifo = av_audio_fifo_alloc(out->codec->sample_fmt, channels, out->frame_size * 4);
-    out->frame = av_frame_alloc();
-    out->packet = av_packet_alloc();
+    out->feed = std::make_unique<CodecFeed>(out->codec);
     out_ = std::move(out);
     return {};
 }
@@ -181,55 +166,29 @@ std::string Encoder::write(const float* samples, std::size_t frames) {
             }
         }
     }
-    if (av_audio_fifo_write(o.fifo, pointers.data(), count) < count)
-        return "out of memory while encoding";
+    if (!o.feed->queue(pointers.data(), count)) return "out of memory while encoding";
     return drain(false);
 }
 
 std::string Encoder::drain(bool flush) {
     Output& o = *out_;
-    while (av_audio_fifo_size(o.fifo) >= o.frame_size ||
-           (flush && av_audio_fifo_size(o.fifo) > 0)) {
-        const int take = std::min(o.frame_size, av_audio_fifo_size(o.fifo));
-        av_frame_unref(o.frame);
-        o.frame->nb_samples = take;
-        o.frame->format = o.codec->sample_fmt;
-        o.frame->sample_rate = o.codec->sample_rate;
-        av_channel_layout_copy(&o.frame->ch_layout, &o.codec->ch_layout);
-        if (av_frame_get_buffer(o.frame, 0) < 0) return "out of memory while encoding";
-        av_audio_fifo_read(o.fifo, reinterpret_cast<void**>(o.frame->data), take);
-        o.frame->pts = o.written;
-        o.written += take;
-        if (const int code = avcodec_send_frame(o.codec, o.frame); code < 0)
-            return "the encoder refused a frame: " + describe(code);
-        while (avcodec_receive_packet(o.codec, o.packet) == 0) {
-            av_packet_rescale_ts(o.packet, o.codec->time_base, o.stream->time_base);
-            o.packet->stream_index = o.stream->index;
-            if (const int code = av_interleaved_write_frame(o.format, o.packet); code < 0)
-                return "can't write the file: " + describe(code);
-        }
-    }
-    return {};
+    std::string why;
+    const std::string lost = o.feed->encode(flush, [&o, &why](AVPacket* packet) {
+        av_packet_rescale_ts(packet, o.codec->time_base, o.stream->time_base);
+        packet->stream_index = o.stream->index;
+        const int code = av_interleaved_write_frame(o.format, packet);
+        if (code < 0 && why.empty()) why = "can't write the file: " + ffmpeg_error(code);
+        return code >= 0;
+    });
+    return why.empty() ? lost : why;
 }
 
 std::string Encoder::finish() {
     if (!out_) return "the encoder is not open";
     std::string error = drain(true);
-    Output& o = *out_;
     if (error.empty()) {
-        avcodec_send_frame(o.codec, nullptr);
-        while (avcodec_receive_packet(o.codec, o.packet) == 0) {
-            av_packet_rescale_ts(o.packet, o.codec->time_base, o.stream->time_base);
-            o.packet->stream_index = o.stream->index;
-            if (const int code = av_interleaved_write_frame(o.format, o.packet); code < 0) {
-                error = "can't write the file: " + describe(code);
-                break;
-            }
-        }
-    }
-    if (error.empty()) {
-        if (const int code = av_write_trailer(o.format); code < 0)
-            error = "can't finish the file: " + describe(code);
+        if (const int code = av_write_trailer(out_->format); code < 0)
+            error = "can't finish the file: " + ffmpeg_error(code);
     }
     out_.reset();
     return error;

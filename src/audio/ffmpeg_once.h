@@ -1,9 +1,11 @@
 #pragma once
 
 #include <mutex>
+#include <string>
 
 extern "C" {
 #include <libavformat/avformat.h>
+#include <libavutil/error.h>
 #include <libavutil/log.h>
 }
 
@@ -17,6 +19,13 @@ inline void quiet_ffmpeg_once() {
         av_log_set_level(AV_LOG_QUIET);
         avformat_network_init();
     });
+}
+
+// FFmpeg's words for one of its error codes.
+inline std::string ffmpeg_error(int code) {
+    char text[AV_ERROR_MAX_STRING_SIZE] = {};
+    av_strerror(code, text, sizeof text);
+    return text;
 }
 
 }  // namespace tavora::audio

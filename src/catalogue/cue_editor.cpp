@@ -32,7 +32,7 @@ void frmTavoraDb::SSTab1_Click(int /*previous_tab*/) {
     const std::string path = Data1.Recordset().Fields("Long title").text();
     if (refused_for_preview(path)) return show_tab(2);
     ap_timer_->SetEnabled(true);
-    if (ActiveMoviePreview) ActiveMoviePreview->FileName(native(net_file(path, 1)));
+    if (ActiveMoviePreview) ActiveMoviePreview->Open(native(net_file(path, 1)));
 }
 
 bool frmTavoraDb::refused_for_preview(const std::string& path) {
@@ -50,11 +50,11 @@ bool frmTavoraDb::refused_for_preview(const std::string& path) {
 }
 
 void frmTavoraDb::open_in_preview() {
-    if (!ActiveMoviePreview || ActiveMoviePreview->PlayState() != PreviewPlayer::kStopped) return;
+    if (!ActiveMoviePreview || ActiveMoviePreview->PlayState() != MediaPlayer::kStopped) return;
     Recordset& row = Data1.Recordset();
     const std::string file = native(net_file(row.Fields("Long title").text(), 1));
     if (file == ActiveMoviePreview->FileName()) return;
-    ActiveMoviePreview->FileName(file);
+    ActiveMoviePreview->Open(file);
     find("LblPreview")->Caption = "Setup READY for: " + row.Fields("Title").text();
 }
 
@@ -90,8 +90,8 @@ void frmTavoraDb::SetEnd_Click() {
 }
 
 void frmTavoraDb::Preview_Reset() {
-    PreviewPlayer& player = *ActiveMoviePreview;
-    if (player.PlayState() == PreviewPlayer::kPlaying) player.Stop();
+    MediaPlayer& player = *ActiveMoviePreview;
+    if (player.PlayState() == MediaPlayer::kPlaying) player.Stop();
     player.SelectionEnd(player.Duration());
     player.SelectionStart(0);
     player.Volume(-1);
@@ -100,42 +100,42 @@ void frmTavoraDb::Preview_Reset() {
 void frmTavoraDb::TestStart_Click() {
     if (!ActiveMoviePreview) return;
     Preview_Reset();
-    PreviewPlayer& player = *ActiveMoviePreview;
+    MediaPlayer& player = *ActiveMoviePreview;
     Recordset& row = Data1.Recordset();
     if (row.Fields("FadeIn").truthy()) player.Volume(-1500);
     player.SelectionStart(number(row, "Start Pos"));
     player.CurrentPosition(player.SelectionStart());
-    player.Play();
+    player.play();
 }
 
 void frmTavoraDb::TestMixIn_Click() {
     if (!ActiveMoviePreview) return;
     Preview_Reset();
-    PreviewPlayer& player = *ActiveMoviePreview;
+    MediaPlayer& player = *ActiveMoviePreview;
     Recordset& row = Data1.Recordset();
     if (row.Fields("FadeIn").truthy()) player.Volume(-1500);
     player.SelectionEnd(number(row, "Size"));
     player.CurrentPosition(number(row, "Start Pos"));
     player.SelectionStart(player.CurrentPosition());
-    player.Play();
+    player.play();
 }
 
 void frmTavoraDb::TestMixOut_Click() {
     if (!ActiveMoviePreview) return;
     Preview_Reset();
-    PreviewPlayer& player = *ActiveMoviePreview;
+    MediaPlayer& player = *ActiveMoviePreview;
     Recordset& row = Data1.Recordset();
     const double end = number(row, "End Pos");
     player.SelectionEnd(end != -1 ? end : player.Duration());
     const double from = player.SelectionEnd() - number(row, "Mix Out");
     player.CurrentPosition(from < 0 ? 0 : from);
-    player.Play();
+    player.play();
 }
 
 void frmTavoraDb::TestEnd_Click() {
     if (!ActiveMoviePreview) return;
     Preview_Reset();
-    PreviewPlayer& player = *ActiveMoviePreview;
+    MediaPlayer& player = *ActiveMoviePreview;
     Recordset& row = Data1.Recordset();
     const double end = number(row, "End Pos");
     const double duration = player.Duration();
@@ -145,7 +145,7 @@ void frmTavoraDb::TestEnd_Click() {
         if (end > duration) edit_row("End Pos", Value(duration));
     }
     if (duration > 20) player.CurrentPosition(number(row, "End Pos") - 20);
-    player.Play();
+    player.play();
 }
 
 void frmTavoraDb::VolUpDn_Change() {
@@ -167,8 +167,8 @@ void frmTavoraDb::ActiveMoviePreview_ReadyStateChange() {
 }
 
 void frmTavoraDb::APTimer_Timer() {
-    if (!ActiveMoviePreview || ActiveMoviePreview->PlayState() != PreviewPlayer::kPlaying) return;
-    PreviewPlayer& player = *ActiveMoviePreview;
+    if (!ActiveMoviePreview || ActiveMoviePreview->PlayState() != MediaPlayer::kPlaying) return;
+    MediaPlayer& player = *ActiveMoviePreview;
     Recordset& row = Data1.Recordset();
     const double at = player.CurrentPosition();
     const double end = number(row, "End Pos");

@@ -125,7 +125,7 @@ frmTavoraDb::frmTavoraDb(Station& station, const Services& services, LibraryPool
     wire_controls();
 }
 
-void frmTavoraDb::attach_preview(std::unique_ptr<PreviewPlayer> player) {
+void frmTavoraDb::attach_preview(std::unique_ptr<MediaPlayer> player) {
     ActiveMoviePreview = std::move(player);
     if (ActiveMoviePreview)
         ActiveMoviePreview->ReadyStateChange = [this] { ActiveMoviePreview_ReadyStateChange(); };

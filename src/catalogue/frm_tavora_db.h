@@ -9,12 +9,12 @@
 
 #include "catalogue/ad_wiz.h"
 #include "catalogue/catalogue_ports.h"
-#include "catalogue/preview_player.h"
 #include "core/forms/form.h"
 #include "core/services.h"
 #include "core/settings/net_file.h"
 #include "core/station.h"
 #include "platform/event_loop.h"
+#include "playback/media_player.h"
 #include "store/data_control.h"
 
 namespace tavora {
@@ -35,8 +35,8 @@ class frmTavoraDb : public Form {
     AdWiz Wizard;
     CatalogueHooks hooks;
     // Put in by the front end; without it the Preview tab plays nothing.
-    std::unique_ptr<PreviewPlayer> ActiveMoviePreview;
-    void attach_preview(std::unique_ptr<PreviewPlayer> player);
+    std::unique_ptr<MediaPlayer> ActiveMoviePreview;
+    void attach_preview(std::unique_ptr<MediaPlayer> player);
 
     // The add step's state: `Wiz_On` 1 while the wizard (or the recorder)
     // feeds `Wiz_File`; `Clone_On` 1 while a master record is armed.

@@ -24,9 +24,10 @@ struct Appearance {
 };
 
 // One player of the bank, as the rules see the media control: its members
-// and its two events, nothing more. Two kinds stand behind it: the audio
-// engine's player and a probe that only reads each file's length and plays in
-// clock time. Rule thread only.
+// and its events, nothing more. Two kinds stand behind it: the audio engine's
+// player and a probe that only reads each file's length and plays in clock
+// time. The cue-point editor's preview is one more of the engine's, outside
+// the bank. Rule thread only.
 class MediaPlayer {
   public:
     enum State { kStopped = 0, kPaused = 1, kPlaying = 2, kClosed = 6 };
@@ -57,6 +58,10 @@ class MediaPlayer {
     // Beyond the control: loudness normalisation in decibels on top of Volume.
     // Players that make no sound have nothing to trim.
     virtual void Trim(double /*db*/) {}
+    // Speed, 0.5 to 1.5 with the pitch kept: the preview slows a file down to
+    // find its marks. Players that make no sound play at 1.
+    virtual double Rate() const { return 1; }
+    virtual void Rate(double /*rate*/) {}
 
     Appearance& appearance() { return appearance_; }
 
@@ -64,6 +69,9 @@ class MediaPlayer {
     // them; the handlers read PlayState again, so the arguments are advisory.
     std::function<void(int old_state, int new_state)> PlayStateChange;
     std::function<void()> Error;
+    // Raised when a file opened in the background is ready; a player whose
+    // open finishes within the call (the probe) raises none.
+    std::function<void()> ReadyStateChange;
 
   protected:
     void raise_state(int old_state, int new_state) {

@@ -12,12 +12,16 @@ EnginePlayer::EnginePlayer(std::shared_ptr<audio::Player> player, audio::Post po
         if (player_->PlayState() == kClosed) failed_ = true;
         raise_error();
     };
+    player_->ReadyStateChange = [this] {
+        if (ReadyStateChange) ReadyStateChange();
+    };
 }
 
 EnginePlayer::~EnginePlayer() {
     // The engine may outlive this player and still deliver its events.
     player_->PlayStateChange = nullptr;
     player_->Error = nullptr;
+    player_->ReadyStateChange = nullptr;
 }
 
 void EnginePlayer::Open(const std::string& path) {
@@ -42,13 +46,18 @@ void EnginePlayer::play() {
     });
 }
 
+std::unique_ptr<MediaPlayer> engine_player(audio::Engine& engine, audio::Post post) {
+    auto player = engine.add_player();
+    if (!player) return nullptr;
+    audio::Engine* offline = engine.output() == audio::OutputKind::Offline ? &engine : nullptr;
+    return std::make_unique<EnginePlayer>(std::move(player), std::move(post), offline);
+}
+
 PlayerFactory engine_players(audio::Engine& engine, audio::Post post, PlayerFactory stand_ins) {
     return [&engine, post,
             stand_ins = std::move(stand_ins)](int number) -> std::unique_ptr<MediaPlayer> {
-        auto player = engine.add_player();
-        if (!player) return stand_ins(number);
-        audio::Engine* offline = engine.output() == audio::OutputKind::Offline ? &engine : nullptr;
-        return std::make_unique<EnginePlayer>(std::move(player), post, offline);
+        auto player = engine_player(engine, post);
+        return player ? std::move(player) : stand_ins(number);
     };
 }
 

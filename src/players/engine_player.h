@@ -39,6 +39,8 @@ class EnginePlayer : public MediaPlayer {
     bool Mute() const override { return player_->Mute(); }
     void Mute(bool mute) override { player_->Mute(mute); }
     void Trim(double db) override { player_->Trim(db); }
+    double Rate() const override { return player_->Rate(); }
+    void Rate(double rate) override { player_->Rate(rate); }
     std::string ErrorDescription() const override { return player_->ErrorDescription(); }
     const std::string& FileName() const override { return player_->FileName(); }
 
@@ -54,5 +56,9 @@ class EnginePlayer : public MediaPlayer {
 // gets a player of `stand_ins` instead, which keeps the transport going
 // rather than leaving a hole in the bank.
 PlayerFactory engine_players(audio::Engine& engine, audio::Post post, PlayerFactory stand_ins);
+
+// One player of the engine, as the cue-point editor's preview has outside the
+// bank; null when the engine has no room for another voice.
+std::unique_ptr<MediaPlayer> engine_player(audio::Engine& engine, audio::Post post);
 
 }  // namespace tavora

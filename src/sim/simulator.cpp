@@ -24,7 +24,6 @@
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
 #include "sim/script.h"
-#include "station/engine_preview.h"
 #include "station/station_app.h"
 #include "station/station_web.h"
 
@@ -151,7 +150,7 @@ int run_simulation(const SimulationOptions& options, std::ostream& out, std::ost
     }
     StationApp app(services, engine ? engine_players(*engine, post, probes) : probes, encoders);
     if (engine) {
-        app.tavora_db.attach_preview(engine_preview(*engine));
+        app.tavora_db.attach_preview(engine_player(*engine, post));
         app.attach_air_meter(*engine);
     }
     // A run gives the same mix every time: what is measured before it counts.

@@ -22,13 +22,15 @@ inline std::string media(const std::string& name) {
 // An engine (offline unless told) and a queue standing for the rule thread's event loop.
 class OfflineStation {
   public:
-    explicit OfflineStation(OutputKind kind = OutputKind::Offline)
-        : engine_(kind, [this](std::function<void()> f) {
-              std::lock_guard lock(mutex_);
-              posted_.push_back(std::move(f));
-          }) {}
+    explicit OfflineStation(OutputKind kind = OutputKind::Offline) : engine_(kind, post()) {}
 
     Engine& engine() { return engine_; }
+    Post post() {
+        return [this](std::function<void()> f) {
+            std::lock_guard lock(mutex_);
+            posted_.push_back(std::move(f));
+        };
+    }
 
     // Runs what the engine has posted, as the rule thread would.
     void run_events() {

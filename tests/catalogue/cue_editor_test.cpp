@@ -1,6 +1,6 @@
 #include "catalogue_fixture.h"
 #include "offline_station.h"
-#include "station/engine_preview.h"
+#include "players/engine_player.h"
 
 namespace tavora {
 namespace {
@@ -9,7 +9,7 @@ class CueEditor : public CatalogueTest {
   protected:
     void SetUp() override {
         CatalogueTest::SetUp();
-        db->attach_preview(engine_preview(engine.engine()));
+        db->attach_preview(engine_player(engine.engine(), engine.post()));
     }
 
     // A record of a generated tone, on the Preview tab with its file open.
@@ -29,7 +29,7 @@ class CueEditor : public CatalogueTest {
         return id;
     }
     double field(const char* name) { return db->Data1.Recordset().Fields(name).number(); }
-    PreviewPlayer& preview() { return *db->ActiveMoviePreview; }
+    MediaPlayer& preview() { return *db->ActiveMoviePreview; }
     void play_for(double seconds) {
         engine.render(static_cast<std::size_t>(seconds * audio::kRate));
     }
@@ -54,7 +54,7 @@ TEST_F(CueEditor, MarksAreFileTimesAndMixOutCountsFromTheEnd) {
 
     db->click("TestMixOut");
     play_for(1.0);
-    EXPECT_EQ(preview().PlayState(), PreviewPlayer::kPlaying);
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kPlaying);
     EXPECT_NEAR(preview().CurrentPosition(), 26.0, 0.05);
 }
 
@@ -74,7 +74,7 @@ TEST_F(CueEditor, TestEndHearsTheLastTwentySecondsOfALongFileOnly) {
     preview().CurrentPosition(7.0);
     db->click("TestEnd");
     EXPECT_NEAR(preview().CurrentPosition(), 7.0, 0.01);
-    EXPECT_EQ(preview().PlayState(), PreviewPlayer::kPlaying);
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kPlaying);
 
     db->show_tab(0);
     EXPECT_FALSE(db->APTimer_Enabled());
@@ -92,7 +92,7 @@ TEST_F(CueEditor, PreviewFadesFollowTheMarks) {
     row.SetField("Mix Out", Value(5));
     row.Update();
     preview().CurrentPosition(26.0);
-    preview().Play();
+    preview().play();
     fake.loop.run_for(300);
     // A straight line to -2000 over the mix-out: -2000 / 15 a tick.
     EXPECT_EQ(db->txtFields(33).Text, "-134");
@@ -104,6 +104,22 @@ TEST_F(CueEditor, PreviewFadesFollowTheMarks) {
     preview().Volume(-1);
     fake.loop.run_for(300);
     EXPECT_EQ(db->txtFields(33).Text, "-1");
+}
+
+// A file that fails to open leaves the preview stopped, free for the next row.
+TEST_F(CueEditor, AFileThatFailsToOpenDoesNotHoldUpTheNextRow) {
+    const long long gone = add_row("Gone", dos(home() / "music" / "gone.wav"));
+    const long long tone = add_row("Tone", dos(place("tone15.wav", "music/tone15.wav")));
+    db->Data1.Refresh();
+    Recordset& row = db->Data1.Recordset();
+    row.SetBookmark(Value(static_cast<double>(gone)));
+    db->show_tab(4);
+    engine.run_events();
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kStopped);
+    row.SetBookmark(Value(static_cast<double>(tone)));
+    db->Data1_Reposition();
+    engine.run_events();
+    EXPECT_NEAR(preview().Duration(), 15.0, 0.01);
 }
 
 TEST_F(CueEditor, CdAndPlaylistRowsCannotBeEdited) {

@@ -123,14 +123,5 @@ TEST_F(RequestCheck, ListBuildingEndsTheCheckByItsErrorPath) {
     EXPECT_EQ(sel("Baker"), 4);
 }
 
-TEST_F(RequestCheck, DamagedFileNeverCountsWhatItDoesNotHold) {
-    write_items({std::string(3000, 'x'), "\x01\xff\"Baker", "Able\"", "#25:70:00 PM#,-70000"});
-    mail.Check_File();
-    for (const auto& [title, id] : ids)
-        EXPECT_EQ(sel(title.c_str()), 0) << title;
-    EXPECT_EQ(mail.Label12.Caption, "5");  // five items read, none found
-    EXPECT_EQ(mail.Label4.Caption, "Complete with Upload");
-}
-
 }  // namespace
 }  // namespace tavora

@@ -32,21 +32,12 @@ TEST_F(StationManager, AnOrderIsReadIntoTheBreakValuesAndDeleted) {
     EXPECT_TRUE(station.Brk_Play);
 }
 
-TEST_F(StationManager, AShortOrDamagedFileArmsWhatItGaveAnArmedOrRemoteUseLeavesItAlone) {
+TEST_F(StationManager, AShortOrDamagedFileArmsWhatItGaveAndRemoteUseLeavesItAlone) {
     write_order("\"Exit\",False,\"Exit2\",False,\"Show\",x,y,\"Start\",#9:30:00 PM#\r\n");
     link.SM_Check();
     EXPECT_EQ(station.SM_State, 1);
     EXPECT_DOUBLE_EQ(station.Break_Start, TimeSerial(21, 30, 0));
     EXPECT_FALSE(order_waiting());
-
-    // An armed order is not overwritten: the new file waits.
-    station.Live_Mode = 0;
-    write_order("\"Exit\",True,\"Exit2\",True,\"Show\",x,y,\"Start\",#8:00:00 PM#\r\n");
-    link.SM_Check();
-    EXPECT_TRUE(order_waiting());
-    EXPECT_EQ(station.Live_Mode, 0);
-    EXPECT_FALSE(station.Brk_Exit1);
-    EXPECT_DOUBLE_EQ(station.Break_Start, TimeSerial(21, 30, 0));
 
     station.SM_State = 3;
     write_order("\"Exit\",True,\"Exit2\",False,\"Show\",x,y,\"Start\",#not a time#,\"End\"");

@@ -88,47 +88,5 @@ TEST_F(TypeLookupTest, BadWeightsAndNamesAreRefusedWithAReason) {
     EXPECT_EQ(categories_named("Jazz"), 1);
 }
 
-// The weight and count set on the screen decide what the schedule
-// activates: a category at its weight drops out while another has weight
-// left, and comes back when its count is set lower.
-TEST_F(TypeLookupTest, ACategoryAddedWithAWeightIsLimitedByIt) {
-    add_category("Jazz", "2", "0");
-    Recordset always = OpenRecordset(library, "Schedule");
-    always.Edit();
-    always.SetField("Type1", Value("Jazz"));
-    always.Update();
-    Recordset second = OpenRecordset(library, "Schedule");
-    second.AddNew();
-    for (const char* day : {"Mo", "Tu", "We", "Th", "Fr", "Sa", "Su"})
-        second.SetField(day, Value::boolean(true));
-    second.SetField("Name", Value("Pop"));
-    second.SetField("Power", Value::boolean(true));
-    second.SetField("DOMALL", Value::boolean(true));
-    second.SetField("Type1", Value("POP"));
-    ASSERT_TRUE(second.Update());
-    const long jazz = add({{"Category", Value("Jazz")}});
-    const long pop = add();
-    show("POP");
-    types.set("txtWeight", -1, "20");
-    types.set("txtCount", -1, "0");
-    types.click("cmdUpdate");
-
-    schedule.Check_Sched();
-    EXPECT_EQ(field(jazz, "Schedule Select").number(), 1);
-    show("Jazz");
-    types.set("txtCount", -1, "2");
-    types.click("cmdUpdate");
-    schedule.Check_Sched();
-    EXPECT_EQ(field(jazz, "Schedule Select").number(), 0);
-    EXPECT_EQ(field(pop, "Schedule Select").number(), 1);
-    EXPECT_EQ(pick(), pop);
-    show("Jazz");
-    types.set("txtCount", -1, "1");
-    types.click("cmdUpdate");
-    schedule.Check_Sched();
-    EXPECT_EQ(field(jazz, "Schedule Select").number(), 1);
-    EXPECT_NE(types.Label3.Caption.find("Jazz, "), std::string::npos);
-}
-
 }  // namespace
 }  // namespace tavora

@@ -6,11 +6,12 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/audio_fifo.h>
 #include <libavutil/opt.h>
 #include <libswresample/swresample.h>
 }
 
+#include "audio/codec_feed.h"
+#include "audio/ffmpeg_once.h"
 #include "audio/format.h"
 
 namespace tavora {
@@ -36,12 +37,6 @@ const CodecChoice* choice_of(const std::string& codec) {
     for (const CodecChoice& c : kChoices)
         if (codec == c.codec) return &c;
     return nullptr;
-}
-
-std::string error_text(int code) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = {};
-    av_strerror(code, text, sizeof text);
-    return text;
 }
 
 // The first sample format of the codec's list; planar float when it lists none.
@@ -105,11 +100,9 @@ std::unique_ptr<AvEncoder> AvEncoder::open(const Profile& profile, std::string& 
     if (const int err = avcodec_open2(c, codec, nullptr); err < 0) {
         why = profile.codec + " refuses " + std::to_string(profile.bitrate_kbps) + " kb/s at " +
               std::to_string(profile.sample_rate) + " Hz, " + std::to_string(profile.channels) +
-              " channel(s): " + error_text(err);
+              " channel(s): " + audio::ffmpeg_error(err);
         return nullptr;
     }
-    e->frame_size_ = c->frame_size > 0 ? c->frame_size : 1024;
-
     AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
     if (swr_alloc_set_opts2(&e->swr_, &c->ch_layout, c->sample_fmt, c->sample_rate, &stereo,
                             AV_SAMPLE_FMT_FLT, audio::kRate, 0, nullptr) < 0 ||
@@ -117,18 +110,14 @@ std::unique_ptr<AvEncoder> AvEncoder::open(const Profile& profile, std::string& 
         why = "cannot convert the mix to " + std::to_string(profile.sample_rate) + " Hz";
         return nullptr;
     }
-    e->fifo_ = av_audio_fifo_alloc(c->sample_fmt, profile.channels, e->frame_size_ * 4);
-    e->frame_ = av_frame_alloc();
-    e->packet_ = av_packet_alloc();
+    e->feed_ = std::make_unique<audio::CodecFeed>(c);
     return e;
 }
 
 AvEncoder::~AvEncoder() {
     close_file();
     close_stream();
-    av_packet_free(&packet_);
-    av_frame_free(&frame_);
-    if (fifo_) av_audio_fifo_free(fifo_);
+    feed_.reset();
     swr_free(&swr_);
     avcodec_free_context(&codec_);
 }
@@ -142,12 +131,12 @@ bool AvEncoder::open_file(const std::string& path, std::string& why) {
     }
     if (profile_.codec == "mp3") av_opt_set_int(ctx->priv_data, "id3v2_version", 0, 0);
     if (const int err = avio_open(&ctx->pb, path.c_str(), AVIO_FLAG_WRITE); err < 0) {
-        why = "cannot write " + path + ": " + error_text(err);
+        why = "cannot write " + path + ": " + audio::ffmpeg_error(err);
         avformat_free_context(ctx);
         return false;
     }
     if (const int err = avformat_write_header(ctx, nullptr); err < 0) {
-        why = "cannot start " + path + ": " + error_text(err);
+        why = "cannot start " + path + ": " + audio::ffmpeg_error(err);
         avio_closep(&ctx->pb);
         avformat_free_context(ctx);
         return false;
@@ -215,35 +204,15 @@ bool AvEncoder::encode(const float* frames, std::size_t count) {
         return false;
     const auto* input = reinterpret_cast<const std::uint8_t*>(frames);
     const int converted = swr_convert(swr_, planes.data(), room, &input, in);
-    if (converted > 0)
-        av_audio_fifo_write(fifo_, reinterpret_cast<void**>(planes.data()), converted);
+    const bool queued =
+        converted <= 0 || feed_->queue(reinterpret_cast<void* const*>(planes.data()), converted);
     av_freep(&planes[0]);
-    return drain(false);
+    return queued && drain(false);
 }
 
 bool AvEncoder::drain(bool flushing) {
-    bool ok = true;
-    while (av_audio_fifo_size(fifo_) >= frame_size_ ||
-           (flushing && av_audio_fifo_size(fifo_) > 0)) {
-        const int take = std::min(frame_size_, av_audio_fifo_size(fifo_));
-        av_frame_unref(frame_);
-        frame_->nb_samples = take;
-        frame_->format = codec_->sample_fmt;
-        av_channel_layout_copy(&frame_->ch_layout, &codec_->ch_layout);
-        frame_->sample_rate = codec_->sample_rate;
-        if (av_frame_get_buffer(frame_, 0) < 0) return false;
-        av_audio_fifo_read(fifo_, reinterpret_cast<void**>(frame_->data), take);
-        frame_->pts = next_pts_;
-        next_pts_ += take;
-        if (avcodec_send_frame(codec_, frame_) < 0) return false;
-        while (avcodec_receive_packet(codec_, packet_) == 0)
-            ok = write_packet(packet_) && ok;
-    }
-    if (flushing) {
-        avcodec_send_frame(codec_, nullptr);
-        while (avcodec_receive_packet(codec_, packet_) == 0)
-            ok = write_packet(packet_) && ok;
-    }
+    bool ok =
+        feed_->encode(flushing, [this](AVPacket* packet) { return write_packet(packet); }).empty();
     if (file_) {
         avio_flush(file_->pb);
         file_bytes_ = avio_tell(file_->pb);
@@ -269,7 +238,6 @@ bool AvEncoder::write_packet(AVPacket* packet) {
         packet->stream_index = 0;
         ok = av_write_frame(file_, packet) >= 0;
     }
-    av_packet_unref(packet);
     return ok;
 }
 
@@ -280,7 +248,7 @@ void AvEncoder::finish() {
 }
 
 double AvEncoder::seconds() const {
-    return static_cast<double>(next_pts_) / profile_.sample_rate;
+    return static_cast<double>(feed_->frames_encoded()) / profile_.sample_rate;
 }
 
 int AvEncoder::format_tag() const {

@@ -10,12 +10,14 @@
 
 struct AVCodecContext;
 struct AVFormatContext;
-struct AVAudioFifo;
-struct AVFrame;
 struct AVPacket;
 struct SwrContext;
 
 namespace tavora {
+
+namespace audio {
+class CodecFeed;
+}
 
 // Encodes the engine's mix (48 kHz interleaved stereo float) with a profile's codec
 // and muxes the packets into a file, and into a second byte stream for a server.
@@ -57,16 +59,12 @@ class AvEncoder {
     Profile profile_;
     AVCodecContext* codec_ = nullptr;
     SwrContext* swr_ = nullptr;
-    AVAudioFifo* fifo_ = nullptr;
-    AVFrame* frame_ = nullptr;
-    AVPacket* packet_ = nullptr;
+    std::unique_ptr<audio::CodecFeed> feed_;
     AVFormatContext* file_ = nullptr;
     AVFormatContext* stream_ = nullptr;
     ByteSink sink_;
     std::int64_t stream_pts_base_ = -1;
-    std::int64_t next_pts_ = 0;
     std::int64_t file_bytes_ = 0;
-    int frame_size_ = 1024;
 };
 
 }  // namespace tavora
