@@ -44,6 +44,9 @@ void Playback::Load_Up() {
         const int slot = s_.Cue_Slot;
         if (s_.Slot_Ready[slot] == 0 && s_.Slot_Ready[kHoldSlot] != 0) {
             take_held(slot);
+            // A slot 8 from the holding slot (a chart lead-in's record) cues
+            // the CD too: else the set would end with nothing cued for it.
+            if (!cue_cd()) return;
         } else if (s_.Slot_Ready[slot] == 0) {
             if (slot == 7 && s_.Ply7_On == 1) {
                 s_.Cue_Slot = kSeventhSlot;
@@ -51,13 +54,7 @@ void Playback::Load_Up() {
                 viewer_.Label1(13).Caption = s_.Slot_Title[kSeventhSlot];
                 s_.Cue_Slot = 7;
             }
-            if (!pick()) return;
-            if (s_.Slot_Ready[kCdSlot] == 0 && s_.Cue_Slot == 8 && s_.CD_Mode == 1) {
-                s_.Cue_Slot = kCdSlot;
-                if (!pick()) return;
-                viewer_.Label1(0).Caption = "CD " + s_.Slot_Title[kCdSlot];
-                s_.Cue_Slot = 8;
-            }
+            if (!pick() || !cue_cd()) return;
             if (s_.Slot_Ready[s_.Cue_Slot] == 0 && s_.PL_Marker == 1) {
                 --s_.Cue_Slot;
                 s_.PL_Marker = 0;
@@ -90,6 +87,17 @@ void Playback::Load_Up() {
     loding_.Visible = false;
     TimerViewer().SetEnabled(true);
     s_.Load_Due = 0;
+}
+
+// The CD's cue goes with slot 8 of the next set. False when selection gave
+// up, as for any pick.
+bool Playback::cue_cd() {
+    if (s_.Slot_Ready[kCdSlot] != 0 || s_.Cue_Slot != 8 || s_.CD_Mode != 1) return true;
+    s_.Cue_Slot = kCdSlot;
+    if (!pick()) return false;
+    viewer_.Label1(0).Caption = "CD " + s_.Slot_Title[kCdSlot];
+    s_.Cue_Slot = 8;
+    return true;
 }
 
 void Playback::Load_It() {

@@ -133,6 +133,7 @@ class Playback {
     // Moves the record waiting in the holding slot 13 into `slot`; the
     // slot's own spot flag stays.
     void take_held(int slot);
+    bool cue_cd();
     // The records of `Data1`, refreshed; `Recordings1` unless the editor
     // has put it on another source.
     Recordset& library_rows();

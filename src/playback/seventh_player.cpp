@@ -44,8 +44,11 @@ void Playback::start_seventh() {
 }
 
 // The CD takes the place of the seventh song; the tick stands aside until
-// the CD player gives the air back.
+// the CD player gives the air back. With nothing cued in slot 15 (the CD
+// stopped, or set going after the next set's cue) the drive would play
+// whatever track it stands on: the bank goes on, and the CD waits for a cue.
 void Playback::cd_take_air() {
+    if (s_.Slot_Ready[kCdSlot] == 0) return;
     if (!station_port.CDAutplay || !station_port.CDAutplay()) return;
     if (s_.Log_Due == 0) {
         s_.Log_Line = set_end_line(services_.clock.Now(), s_.Slot_Title[6]);

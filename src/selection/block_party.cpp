@@ -21,7 +21,7 @@ void Selection::Block_Party_Scan() {
     rows.MoveLast();
     rows.MoveFirst();
     Scan_Count = rows.RecordCount();
-    s_.CD_Pos = 0;
+    forget_cd_pos();
     BP_Scan = 0;
     if (hooks.trace) trace("block party scan for \"" + BP_Artist + "\"");
     const auto chars = static_cast<std::size_t>(std::max(0, s_.BP_Chars));

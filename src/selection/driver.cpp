@@ -118,7 +118,7 @@ void Selection::sweep() {
     rows.MoveFirst();
     rows.Move(Scan_Pos);
     Scan_Count = rows.RecordCount();
-    s_.CD_Pos = 0;
+    forget_cd_pos();
     if (Data3.RecordSource == "BPSort") return;
     if (hooks.trace) {
         trace("source " + Data3.RecordSource + " (state " + std::to_string(Sel_State) +

@@ -32,6 +32,7 @@ inline constexpr int EndTime2 = 22;
 inline constexpr int ValidMonday = 23;  // Monday to Saturday follow, then Sunday at 29
 inline constexpr int ValidSunday = 29;
 inline constexpr int CDTrack = 30;
+inline constexpr int CDOn = 31;  // "On", or "Off" for a track the CD player skips
 inline constexpr int AccessDate = 33;
 inline constexpr int Size = 37;
 inline constexpr int Format = 38;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <tuple>
 
 #include "platform/clock.h"
 #include "runtime/convert.h"
@@ -20,17 +21,52 @@ Value since(double now, const Value& then) {
 
 const Value kFalse = Value::boolean(false);
 
+// The CD player steps past a track whose on/off text is Null or "Off".
+bool switched_off(Recordset& rows) {
+    const Value on = field(rows, rec::CDOn);
+    return on.is_null() || on == Value("Off");
+}
+
 }  // namespace
 
+// A track the CD player would step past is not offered either.
 bool Selection::offer_cd_track() {
     if (s_.CD_Mode != 1 || s_.Cue_Slot != kCdSlot) return false;
-    if (field(Data3.Recordset(), rec::Format) == Value(s_.CD_Id)) {
-        s_.CD_Pos = Scan_Pos;
-        Filter_It();
-    } else {
+    Recordset& rows = Data3.Recordset();
+    if (!(field(rows, rec::Format) == Value(s_.CD_Id))) {
         trace_row("not a track of the disc in the drive");
+        return true;
+    }
+    weigh_cd_track(rows);
+    if (switched_off(rows)) {
+        trace_row("a track switched off on the CD player");
+    } else {
+        Filter_It();
     }
     return true;
+}
+
+// A disc's rows are in no schedule and never played when catalogued, so the
+// rules turn them all away and the CD fallback takes CD_Pos. Left on the
+// last row seen, that is the disc's first track every time; ranked, the
+// fallback goes through the wanted tracks in turn.
+void Selection::weigh_cd_track(Recordset& rows) {
+    const Value last = field(rows, rec::LastPlayed);
+    const CdRank here{switched_off(rows), !last.is_null(), last.is_null() ? 0.0 : last.number(),
+                      Scan_Pos};
+    if (cd_rank_ && !(here < *cd_rank_)) return;
+    cd_rank_ = here;
+    s_.CD_Pos = Scan_Pos;
+}
+
+void Selection::forget_cd_pos() {
+    s_.CD_Pos = 0;
+    cd_rank_.reset();
+}
+
+bool Selection::CdRank::operator<(const CdRank& other) const {
+    return std::tie(off, played, when, position) <
+           std::tie(other.off, other.played, other.when, other.position);
 }
 
 void Selection::ApplyRules() {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/services.h"
@@ -111,9 +112,11 @@ class Selection {
     const char* query_for_rotation();
 
     // Filter steps.
-    // In CD mode only the tracks of the disc in the drive are offered; true
-    // when the current row was dealt with so.
+    // In CD mode only the wanted tracks of the disc in the drive are offered;
+    // true when the current row was dealt with so.
     bool offer_cd_track();
+    void weigh_cd_track(Recordset& rows);
+    void forget_cd_pos();
     const char* screen_row();
     const char* judge_row();
     const char* limit(int count_field, int max_field, int reset_field, const char* unit,
@@ -143,6 +146,17 @@ class Selection {
     // writes that change no row's membership or order in any selection
     // query (the limit resets), so that they cost no re-query.
     std::uint64_t walked_generation_ = 0;
+    // The row CD_Pos stands on, as the CD fallback ranks the disc's rows:
+    // switched off last, then never played, then played longest ago, then
+    // the lower track.
+    struct CdRank {
+        bool off = false;
+        bool played = false;
+        double when = 0;
+        int position = 0;
+        bool operator<(const CdRank& other) const;
+    };
+    std::optional<CdRank> cd_rank_;
 };
 
 }  // namespace tavora

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <vector>
 
 #include "disc_images.h"
 #include "sim_station.h"
@@ -15,19 +16,8 @@ class CdHour : public SimStation {
   protected:
     SimRun hour(const std::string& script, bool probe = true, int minutes = 60) {
         auto_start(true);
-        SimulationOptions options;
-        options.home = home();
-        options.start = kStart;
-        options.duration_ms = minutes * 60'000;
-        options.script = script;
-        options.probe_players = probe;
-        options.cd_image = disc();
-        std::ostringstream out, err;
-        SimRun run;
-        run.code = run_simulation(options, out, err);
-        run.out = out.str();
-        run.err = err.str();
-        return run;
+        cd_image_ = disc();
+        return simulate(std::to_string(minutes), script, probe);
     }
     std::filesystem::path disc() const { return folder_.path() / "disc"; }
     std::string play_log() const {
@@ -47,40 +37,61 @@ double seconds_of(const std::string& line) {
     return std::stod(m[1]) * 3600 + std::stod(m[2]) * 60 + std::stod(m[3]);
 }
 
-TEST_F(CdHour, TheCdTakesTheAirAtASetsEndAndTheBankComesBackAtItsMixPoint) {
-    make_disc(disc(), {80 * 75, 60 * 75, 90 * 75});
-    // The view opens, the new disc is catalogued with its defaults, and the
-    // stop button cues it.
-    const SimRun run = hour("00:00:05 click frmViewer.CDButt\n00:00:08 click Form1.stopbtn\n");
+// The track a CD line names, "Track 3 - CD41...", or 0.
+int track_of(const std::string& line) {
+    std::smatch m;
+    const std::regex track(R"(Track (\d+) - CD41\b)");
+    return std::regex_search(line, m, track) ? std::stoi(m[1]) : 0;
+}
+
+TEST_F(CdHour, TheCdTakesTheAirAtSetEndsWithItsWantedTracksInTurn) {
+    // 01:20:00, 01:00:00, 01:30:00 and 01:10:00: a disc of 05:00:00 whose key
+    // is (5 + 0 + 0) * 4 + (1 + 20 + 0) = 41.
+    const std::vector<double> seconds{80, 60, 90, 70};
+    make_disc(disc(), {80 * 75, 60 * 75, 90 * 75, 70 * 75});
+    // The view opens, the new disc is catalogued with its defaults, tracks 2
+    // and 4 are switched off, and the stop button cues the disc.
+    const SimRun run = hour(
+        "00:00:05 click frmViewer.CDButt\n"
+        "00:00:07 set Form1.DBGrid1 2  Track 2 - CD41  On\n"
+        "00:00:07 set Form1.TrackOn 0\n"
+        "00:00:07 set Form1.DBGrid1 4  Track 4 - CD41  On\n"
+        "00:00:07 set Form1.TrackOn 0\n"
+        "00:00:08 click Form1.stopbtn\n");
     ASSERT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(run.end_count("dead_air_s"), 0) << run.lines("END")[0];
     EXPECT_TRUE(run.lines("DIALOG").size() == 3) << run.out;
 
-    // Each time: the set's sixth song, the CD at its mix point, and the
-    // next set's first song 9 seconds before the CD's track ends.
+    // Each time: the set's sixth song, the CD with the track cued for it,
+    // and the next set's first song 9 seconds before the track ends.
     const std::vector<std::string> air = run.lines("AIR");
-    int turns = 0;
+    std::vector<int> aired;
     for (std::size_t i = 1; i + 1 < air.size(); ++i) {
         if (air[i].find(" slot=15 player=CD ") == std::string::npos) continue;
-        ++turns;
+        const int track = track_of(air[i]);
+        aired.push_back(track);
         EXPECT_NE(air[i - 1].find(" slot=6 player=6 "), std::string::npos) << air[i - 1];
-        // A set loaded before the CD was cued hands over to the drive as it
-        // stands, with slot 15 empty.
-        EXPECT_TRUE(air[i].find("recid=0 \"\"") != std::string::npos ||
-                    air[i].find("\"Track 1 - CD180\"") != std::string::npos)
-            << air[i];
+        EXPECT_EQ(air[i].find(" recid=0 "), std::string::npos) << air[i];
         EXPECT_NE(air[i + 1].find(" slot=1 player=1 "), std::string::npos) << air[i + 1];
-        EXPECT_NEAR(seconds_of(air[i + 1]) - seconds_of(air[i]), 80 - 9, 1.5) << air[i + 1];
+        if (track >= 1 && track <= 4) {
+            EXPECT_NEAR(seconds_of(air[i + 1]) - seconds_of(air[i]), seconds[track - 1] - 9, 1.5)
+                << air[i + 1];
+        }
     }
-    EXPECT_GE(turns, 3) << run.out;
+    // The wanted tracks in turn, the switched-off ones never, from the first
+    // set's end on.
+    EXPECT_EQ(aired, (std::vector<int>{1, 3, 1})) << run.out;
 
-    // The play log: the sixth song handing over, the CD, the bank again.
+    // The play log: the sixth song handing over, the track the drive played,
+    // the bank again; the same tracks as the event lines.
     const std::string log = play_log();
     const std::regex turn(
-        R"(- QX 6 > [^\r\n]*\r\n(?:[^\r\n]*- QX6 > [^\r\n]*\r\n)?Complete at:[^\r\n]*- CD > Track 1 - CD180 - Tavora\r\nComplete at:[^\r\n]*- QX1 > )");
-    const auto found =
-        std::distance(std::sregex_iterator(log.begin(), log.end(), turn), std::sregex_iterator());
-    EXPECT_EQ(found, turns) << log;
+        R"(- QX 6 > [^\r\n]*\r\n(?:[^\r\n]*- QX6 > [^\r\n]*\r\n)?Complete at:[^\r\n]*- CD > (Track \d+ - CD41) - Tavora\r\nComplete at:[^\r\n]*- QX1 > )");
+    std::vector<int> logged;
+    for (auto it = std::sregex_iterator(log.begin(), log.end(), turn); it != std::sregex_iterator();
+         ++it)
+        logged.push_back(track_of((*it)[1]));
+    EXPECT_EQ(logged, aired) << log;
 }
 
 TEST_F(CdHour, ADiscTakenOutOnTheAirGivesTheAirBackToTheBankAtOnce) {

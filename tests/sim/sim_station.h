@@ -80,6 +80,7 @@ class SimStation : public ::testing::Test {
         options.script = script;
         options.probe_players = probe;
         options.mix_out = mix;
+        options.cd_image = cd_image_;
         std::ostringstream out, err;
         SimRun run;
         run.code = run_simulation(options, out, err);
@@ -90,6 +91,7 @@ class SimStation : public ::testing::Test {
 
     static inline std::unique_ptr<TestFolder> master_;
     TestFolder folder_;
+    std::filesystem::path cd_image_;  // the disc in the CD drive, if any
 };
 
 }  // namespace tavora

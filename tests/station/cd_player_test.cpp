@@ -149,6 +149,51 @@ TEST_F(CdPlayer, ATrackSwitchedOffIsSkipped) {
     EXPECT_EQ(cd.Frame1.Caption, "CD Media - CD116");
 }
 
+// A disc the operator has scheduled, with its days, goes by the rules, one
+// track an hour; a track switched off is never offered; when the rules have
+// nothing left, the CD fallback takes the wanted track played longest ago.
+TEST_F(CdPlayer, SelectionCuesTheWantedTracksOfTheDiscInTurn) {
+    open_with_disc();
+    Form1& cd = app->cd_player;
+    ASSERT_TRUE(cd.set("DBGrid1", -1, "2  Track 2 - CD116  On"));
+    ASSERT_TRUE(cd.set("TrackOn", -1, "0"));
+    {
+        auto library = Library::open(fake.home() / "qx1.mdb", FileKind::Library).library;
+        Recordset rows = OpenRecordset(library, "CDNow");
+        for (; !rows.IsEOF(); rows.MoveNext()) {
+            rows.Edit();
+            rows.SetField("Schedule Select", Value(1));
+            rows.SetField("Last Played", Value::date(kMonday - 2));
+            for (const char* day :
+                 {"Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"})
+                rows.SetField(std::string("Valid ") + day, Value::boolean(true));
+            ASSERT_TRUE(rows.Update());
+        }
+    }
+    Station& s = app->station;
+    s.CD_Mode = 1;
+    std::vector<PickReport::Way> ways;
+    app->selection.hooks.on_pick = [&ways](const PickReport& pick) {
+        if (pick.slot == kCdSlot) ways.push_back(pick.way);
+    };
+    std::vector<int> tracks;
+    for (int pick = 0; pick < 4; ++pick) {
+        s.Cue_Slot = kCdSlot;
+        s.Slot_Ready[kCdSlot] = 0;
+        app->selection.auto_run();
+        EXPECT_EQ(s.Slot_Ready[kCdSlot], 1);
+        tracks.push_back(cd.CD_SeekTo);
+        seconds(5);
+    }
+    using Way = PickReport::Way;
+    EXPECT_EQ(ways, (std::vector<Way>{Way::Rules, Way::Rules, Way::CdFallback, Way::CdFallback}));
+    ASSERT_EQ(tracks.size(), 4u);
+    EXPECT_EQ(std::min(tracks[0], tracks[1]), 1);
+    EXPECT_EQ(std::max(tracks[0], tracks[1]), 3);
+    EXPECT_EQ(tracks[2], tracks[0]);
+    EXPECT_EQ(tracks[3], tracks[1]);
+}
+
 TEST_F(CdPlayer, ADiscWhoseKeyAnotherDiscHoldsIsSaidAndNothingIsWritten) {
     {
         auto library = Library::open(fake.home() / "qx1.mdb", FileKind::Library).library;
