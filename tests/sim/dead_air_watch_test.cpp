@@ -1,6 +1,7 @@
 // The dead-air watchdog on the real engine: a silence in a song is logged,
 // skipped and recovered from; a library of silent files is covered by the
-// emergency files; silence that a break or a pause explains raises nothing.
+// emergency files; silence that a break, a pause or the end of the run
+// explains raises nothing.
 #include <cstdlib>
 #include <fstream>
 #include <regex>
@@ -166,6 +167,26 @@ TEST_F(DeadAirWatchSim, ABreakAndAPauseRaiseNoAlarm) {
     EXPECT_EQ(log_lines("DEAD AIR").size(), 0u) << run.out;
     // Both silences happened: more than a minute of dead air in all.
     EXPECT_GT(dead_air(run), 60) << run.lines("END")[0];
+}
+
+TEST_F(DeadAirWatchSim, TheOperatorEndingTheRunRaisesNoAlarm) {
+    const SimRun run = simulate("15",
+                                "00:05:00 answer OK\n"
+                                "00:05:00 close frmViewer\n",
+                                false);
+    ASSERT_EQ(run.code, 0) << run.err;
+    const auto asked = run.lines("DIALOG");
+    ASSERT_EQ(asked.size(), 1u) << run.out;
+    EXPECT_NE(asked[0].find("\"UNLOAD WARNING\""), std::string::npos) << asked[0];
+    // Nothing aired after the close.
+    EXPECT_LT(run.lines("AIR").back().substr(4, 23), "2026-11-23 14:05:00.000") << run.out;
+    EXPECT_EQ(log_lines("DEAD AIR").size(), 0u) << run.out;
+    // Ten minutes of silence followed the close, and nobody was alarmed.
+    EXPECT_GT(dead_air(run), 9 * 60) << run.lines("END")[0];
+    std::ifstream status(home() / "tqxstat.txt");
+    std::string first_line;
+    std::getline(status, first_line);
+    EXPECT_EQ(first_line.find("DEAD AIR"), std::string::npos) << first_line;
 }
 
 }  // namespace
