@@ -66,6 +66,16 @@ bool DeadAirWatch::explained() const {
            playback_.Players(active).PlayState() == MediaPlayer::kPaused;
 }
 
+// Whether a skip now hands over to a player that stands open: not while the
+// seventh player bridges, nor at the set's end without it, where the next set
+// has still to be opened.
+bool DeadAirWatch::next_cued() const {
+    if (playback_.Players(7).PlayState() == MediaPlayer::kPlaying) return false;
+    const int active = std::clamp(s_.Ply_Now, 1, 6);
+    if (active == 6 && s_.Ply7_On != 1) return false;
+    return playback_.Players(active + 1).PlayState() != MediaPlayer::kClosed;
+}
+
 double DeadAirWatch::quiet() const {
     return quiet_seconds ? quiet_seconds() : now_seconds() - heard_at_;
 }
@@ -88,14 +98,18 @@ void DeadAirWatch::watch() {
     switch (stage_) {
         case Stage::Listening:
             if (std::min(quiet(), now - armed_at_) >= settings_.hold_seconds) {
+                const bool cued = next_cued();
                 detect();
                 skip();
+                if (!cued) cover();
             }
             break;
         case Stage::Skipped:
+            // One look after the skip: what it brought on sounds, or is as
+            // silent as what it ended.
             if (sounded_since(acted_at_)) {
                 recover();
-            } else if (now - acted_at_ >= settings_.hold_seconds) {
+            } else {
                 cover();
             }
             break;

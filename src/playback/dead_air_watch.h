@@ -22,10 +22,10 @@ struct DeadAirSettings {
 
 // The dead-air watchdog, a watcher beside the transport tick. When the air
 // stays silent for the hold time and no break, pause or end of the run
-// explains it, it logs the silence, skips to the next slot, and if the air is
-// still silent after another hold time, covers it with emergency files on a
-// player of its own until the bank sounds again. It never acts more often than
-// once a hold time. Each step is a line in the play log; the state goes into
+// explains it, it logs the silence and skips to the next slot. If that slot
+// is silent too, or none stands ready (the set is changing), it covers the air
+// with emergency files on a player of its own until the bank sounds again,
+// skipping once a hold time meanwhile. Each step is a line in the play log; the state goes into
 // the status file. Rule thread only.
 class DeadAirWatch {
   public:
@@ -55,6 +55,7 @@ class DeadAirWatch {
 
     void watch();
     bool explained() const;
+    bool next_cued() const;
     double quiet() const;
     bool sounded_since(double at) const;
     double now_seconds() const;
