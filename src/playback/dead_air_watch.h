@@ -61,11 +61,13 @@ class DeadAirWatch {
     double now_seconds() const;
     void detect();
     void skip();
+    void ready_cover();
     void cover();
     void keep_covering();
     void recover();
     void stand_down();
-    void play_next_emergency();
+    void cue_next_emergency();
+    void start_emergency();
     void log(const std::string& line);
     void set_state(std::string words);
     std::string on_air_title() const;
@@ -85,6 +87,8 @@ class DeadAirWatch {
     std::size_t next_file_ = 0;
     std::size_t failures_ = 0;  // emergency files in a row that ended or failed at once
     double opened_at_ = 0;
+    std::string cued_;      // the emergency file open on the fallback player
+    bool ready_ = false;    // cued before the hold was up, not yet played
     bool started_ = false;  // the open emergency file has been told to play
     bool on_tone_ = false;
     bool gave_up_ = false;
