@@ -105,13 +105,16 @@ void Feeder::handle(const Request& request) {
     if (request.open) {
         tempo_.start(1.0);
         const OpenResult result = decoder_.open(request.url, &abort_);
-        if (result.status != OpenStatus::Succeeded) end_generation();
         on_opened_(Opened{request.gen, result, decoder_.length()});
         {
             std::lock_guard lock(mutex_);
             opening_ = false;
         }
         idle_.notify_all();
+        // Told first: the end mark waits for room in the ring, which a file
+        // cued but never played has filled, and an offline mixer makes room
+        // only once the rule thread's wait for this open is over.
+        if (result.status != OpenStatus::Succeeded) end_generation();
         return;
     }
     if (!decoder_.is_open() || !decoder_.seek(request.frame) ||

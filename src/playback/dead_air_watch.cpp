@@ -17,6 +17,8 @@ constexpr double kSecondsPerDay = 86'400.0;
 constexpr const char* kMark = " ** DEAD AIR";  // the state's words begin so
 // An emergency file still closed this long after its open has failed.
 constexpr double kOpenWait = 2.0;
+// How long before the hold is up the first emergency file is opened.
+constexpr double kReadyAhead = 1.0;
 
 std::string whole_seconds(double seconds) {
     return std::to_string(static_cast<long long>(std::lround(seconds)));
@@ -66,6 +68,16 @@ bool DeadAirWatch::explained() const {
            playback_.Players(active).PlayState() == MediaPlayer::kPaused;
 }
 
+// Whether a skip now hands over to a player that stands open: not while the
+// seventh player bridges, nor at the set's end without it, where the next set
+// has still to be opened.
+bool DeadAirWatch::next_cued() const {
+    if (playback_.Players(7).PlayState() == MediaPlayer::kPlaying) return false;
+    const int active = std::clamp(s_.Ply_Now, 1, 6);
+    if (active == 6 && s_.Ply7_On != 1) return false;
+    return playback_.Players(active + 1).PlayState() != MediaPlayer::kClosed;
+}
+
 double DeadAirWatch::quiet() const {
     return quiet_seconds ? quiet_seconds() : now_seconds() - heard_at_;
 }
@@ -86,16 +98,24 @@ void DeadAirWatch::watch() {
         return;
     }
     switch (stage_) {
-        case Stage::Listening:
-            if (std::min(quiet(), now - armed_at_) >= settings_.hold_seconds) {
+        case Stage::Listening: {
+            const double silent = std::min(quiet(), now - armed_at_);
+            if (silent >= settings_.hold_seconds) {
+                const bool cued = next_cued();
                 detect();
                 skip();
+                if (!cued) cover();
+            } else if (silent >= settings_.hold_seconds - kReadyAhead) {
+                ready_cover();
             }
             break;
+        }
         case Stage::Skipped:
+            // One look after the skip: what it brought on sounds, or is as
+            // silent as what it ended.
             if (sounded_since(acted_at_)) {
                 recover();
-            } else if (now - acted_at_ >= settings_.hold_seconds) {
+            } else {
                 cover();
             }
             break;
@@ -127,16 +147,26 @@ void DeadAirWatch::skip() {
     if (stage_ == Stage::Listening) stage_ = Stage::Skipped;
 }
 
-void DeadAirWatch::cover() {
-    stage_ = Stage::Covering;
-    acted_at_ = now_seconds();
+// The first emergency file opened and cued a moment before the hold is up,
+// so that a cover sounds at once: an open takes its time.
+void DeadAirWatch::ready_cover() {
+    if (ready_ || !fallback_) return;
     emergency_ = emergency_files(settings_.folder, services_.paths);
-    if (!emergency_.note.empty()) log("DEAD AIR FALLBACK >> " + emergency_.note);
     next_file_ = 0;
     failures_ = 0;
     on_tone_ = false;
+    cue_next_emergency();
+    ready_ = true;
+}
+
+void DeadAirWatch::cover() {
+    stage_ = Stage::Covering;
+    acted_at_ = now_seconds();
+    ready_cover();
+    ready_ = false;
+    if (!emergency_.note.empty()) log("DEAD AIR FALLBACK >> " + emergency_.note);
     set_state("DEAD AIR, emergency files on the air");
-    play_next_emergency();
+    start_emergency();
 }
 
 void DeadAirWatch::keep_covering() {
@@ -155,11 +185,11 @@ void DeadAirWatch::keep_covering() {
         return;
     }
     ++failures_;  // ended or failed; a file that played a second or more is no failure
-    play_next_emergency();
+    cue_next_emergency();
+    start_emergency();
 }
 
-void DeadAirWatch::play_next_emergency() {
-    if (!fallback_) return;
+void DeadAirWatch::cue_next_emergency() {
     if (failures_ > emergency_.files.size()) {
         if (on_tone_) {
             if (!gave_up_) log("DEAD AIR FALLBACK >> not even the tone would play");
@@ -172,12 +202,17 @@ void DeadAirWatch::play_next_emergency() {
         failures_ = 0;
         on_tone_ = true;
     }
-    const std::string& file = emergency_.files[next_file_ % emergency_.files.size()];
+    cued_ = emergency_.files[next_file_ % emergency_.files.size()];
     ++next_file_;
-    log("DEAD AIR FALLBACK at:" + Format(services_.clock.Now(), "long time") + " >> " + file);
-    fallback_->Open(file);
+    fallback_->Open(cued_);
     opened_at_ = now_seconds();
     started_ = false;
+}
+
+// Plays the cued file now if its open is done, else at the next look.
+void DeadAirWatch::start_emergency() {
+    if (!fallback_ || gave_up_) return;
+    log("DEAD AIR FALLBACK at:" + Format(services_.clock.Now(), "long time") + " >> " + cued_);
     if (fallback_->PlayState() == MediaPlayer::kStopped) {
         fallback_->play();
         started_ = true;
@@ -193,6 +228,7 @@ void DeadAirWatch::recover() {
 void DeadAirWatch::stand_down() {
     if (fallback_ && fallback_->PlayState() != MediaPlayer::kClosed) fallback_->Stop();
     stage_ = Stage::Listening;
+    ready_ = false;
     gave_up_ = false;
     if (!state_.empty()) set_state("");
 }

@@ -22,10 +22,10 @@ struct DeadAirSettings {
 
 // The dead-air watchdog, a watcher beside the transport tick. When the air
 // stays silent for the hold time and no break, pause or end of the run
-// explains it, it logs the silence, skips to the next slot, and if the air is
-// still silent after another hold time, covers it with emergency files on a
-// player of its own until the bank sounds again. It never acts more often than
-// once a hold time. Each step is a line in the play log; the state goes into
+// explains it, it logs the silence and skips to the next slot. If that slot
+// is silent too, or none stands ready (the set is changing), it covers the air
+// with emergency files on a player of its own until the bank sounds again,
+// skipping once a hold time meanwhile. Each step is a line in the play log; the state goes into
 // the status file. Rule thread only.
 class DeadAirWatch {
   public:
@@ -55,16 +55,19 @@ class DeadAirWatch {
 
     void watch();
     bool explained() const;
+    bool next_cued() const;
     double quiet() const;
     bool sounded_since(double at) const;
     double now_seconds() const;
     void detect();
     void skip();
+    void ready_cover();
     void cover();
     void keep_covering();
     void recover();
     void stand_down();
-    void play_next_emergency();
+    void cue_next_emergency();
+    void start_emergency();
     void log(const std::string& line);
     void set_state(std::string words);
     std::string on_air_title() const;
@@ -84,6 +87,8 @@ class DeadAirWatch {
     std::size_t next_file_ = 0;
     std::size_t failures_ = 0;  // emergency files in a row that ended or failed at once
     double opened_at_ = 0;
+    std::string cued_;      // the emergency file open on the fallback player
+    bool ready_ = false;    // cued before the hold was up, not yet played
     bool started_ = false;  // the open emergency file has been told to play
     bool on_tone_ = false;
     bool gave_up_ = false;

@@ -156,6 +156,8 @@ bool Playback::viewer_QueryUnload() {
         return false;
     }
     Ply_View = 0;
+    // The run is over: the seventh player's stop must not start the tick again.
+    stopped_ = true;
     TimerViewer().SetEnabled(false);
     for (int n = 1; n <= kPlayers; ++n)
         Players(n).Stop();

@@ -1,5 +1,6 @@
 #include "sim/dead_air.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tavora {
@@ -14,7 +15,10 @@ void DeadAir::sound_from(double at) {
     heard_ = true;
     if (!quiet_) return;
     quiet_ = false;
-    if (at - quiet_since_ >= min_seconds_) total_ += at - quiet_since_;
+    const double stretch = at - quiet_since_;
+    if (stretch < min_seconds_) return;
+    total_ += stretch;
+    longest_ = std::max(longest_, stretch);
 }
 
 void DeadAir::finish(double at) {

@@ -19,6 +19,7 @@ class DeadAir {
     void finish(double at);
 
     double total_seconds() const { return total_; }
+    double longest_seconds() const { return longest_; }
 
   private:
     double min_seconds_;
@@ -26,6 +27,7 @@ class DeadAir {
     bool quiet_ = false;
     double quiet_since_ = 0;
     double total_ = 0;
+    double longest_ = 0;
 };
 
 // Listens to the mix itself: a stretch of 10 ms in which every sample stays

@@ -111,8 +111,9 @@ void EventLog::write_pick(const PickReport& pick) {
 
 void EventLog::end() {
     dead_air_.finish(seconds());
-    char dead[32];
-    std::snprintf(dead, sizeof dead, "%.1f", dead_air_.total_seconds());
+    char dead[64];
+    std::snprintf(dead, sizeof dead, "%.1f longest_dead_air_s=%.1f", dead_air_.total_seconds(),
+                  dead_air_.longest_seconds());
     out_ << "END " << event_time(clock_.Now()) << " aired=" << aired_ << " picks=" << picks_
          << " fallbacks=" << fallbacks_ << " dead_air_s=" << dead << "\n";
 }

@@ -45,7 +45,8 @@ class EventLog : public PlaybackObserver {
     // Seconds since the log began: the scale of `dead_air`.
     double seconds() const;
 
-    // "END <time> aired=<n> picks=<n> fallbacks=<n> dead_air_s=<seconds>".
+    // "END <time> aired=<n> picks=<n> fallbacks=<n> dead_air_s=<seconds>
+    // longest_dead_air_s=<seconds>".
     void end();
 
   private:

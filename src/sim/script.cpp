@@ -63,6 +63,10 @@ std::string parse_line(std::string_view line, ScriptAction& action) {
         if (!read_target(next_word(rest), action) || !rest.empty()) {
             return "click needs FORM.CONTROL or FORM.CONTROL(INDEX)";
         }
+    } else if (verb == "close") {
+        action.kind = ScriptAction::Kind::Close;
+        action.form = next_word(rest);
+        if (action.form.empty() || !rest.empty()) return "close needs FORM";
     } else if (verb == "set") {
         action.kind = ScriptAction::Kind::Set;
         if (!read_target(next_word(rest), action)) return "set needs FORM.CONTROL VALUE";

@@ -11,11 +11,11 @@ namespace tavora {
 // One line of a simulator script: `HH:MM:SS ACTION ...`, the time counted
 // from the start of the run.
 struct ScriptAction {
-    enum class Kind { Click, Answer, Set, Append, Write, CdInsert, CdEject };
+    enum class Kind { Click, Close, Answer, Set, Append, Write, CdInsert, CdEject };
     int line = 0;
     std::int64_t at_ms = 0;
     Kind kind = Kind::Click;
-    std::string form;     // click, set
+    std::string form;     // click, set, close
     std::string control;  // click, set
     int index = -1;       // a member of a control array
     std::string path;     // append, write: a file of the install folder; cd insert: a folder

@@ -44,17 +44,21 @@ bool put_line(const PathMap& paths, const ScriptAction& action) {
     return writer.close();
 }
 
-// The control an action presses or fills, as the script wrote it.
+// The control an action presses or fills, or the window it closes, as the
+// script wrote it.
 std::string control_name(const ScriptAction& action) {
+    if (action.kind == ScriptAction::Kind::Close) return action.form;
     std::string name = action.form + "." + action.control;
     if (action.index >= 0) name += "(" + std::to_string(action.index) + ")";
     return name;
 }
 
-// A click or set whose control no window has, checked before anything runs:
-// "line N: ...", or empty.
+// A click or set whose control no window has, or a close of a window that
+// isn't there, checked before anything runs: "line N: ...", or empty.
 std::string unknown_control(StationApp& app, const Script& script) {
     for (const ScriptAction& action : script.actions) {
+        if (action.kind == ScriptAction::Kind::Close && !app.form(action.form))
+            return "line " + std::to_string(action.line) + ": no window " + action.form;
         if (action.kind != ScriptAction::Kind::Click && action.kind != ScriptAction::Kind::Set)
             continue;
         Form* form = app.form(action.form);
@@ -94,6 +98,10 @@ bool run_action(StationApp& app, EventDialogs& dialogs, const PathMap& paths,
             Form* form = app.form(action.form);
             return form && form->set(action.control, action.index, action.text);
         }
+        case ScriptAction::Kind::Close:
+            // The window's close box: its own question may keep it open.
+            app.form(action.form)->close();
+            return true;
         case ScriptAction::Kind::Append:
         case ScriptAction::Kind::Write:
             put_line(paths, action);

@@ -29,6 +29,7 @@ void StationApp::apply_extensions() {
                     extensions.Dead_Air_Folder});
     loudness_target_ = {extensions.Loudness_Normalise, extensions.Loudness_Target,
                         extensions.Loudness_Ceiling};
+    measure_while_normalising();
 }
 
 void StationApp::attach_air_meter(audio::Engine& engine) {
@@ -48,12 +49,20 @@ void StationApp::attach_air_meter(audio::Engine& engine) {
 // worker fills them in on a thread of its own, the library file being the
 // station's only shared state with it.
 void StationApp::start_loudness() {
-    const auto library = native(station.Act_Db);
-    loudness_book_ = std::make_unique<LoudnessBook>(library);
+    loudness_book_ = std::make_unique<LoudnessBook>(native(station.Act_Db));
     if (!loudness_book_->ok()) loudness_book_.reset();
-    if (!loudness_book_ || !measure_in_background || !extensions.Loudness_Normalise) return;
-    loudness_worker_ =
-        std::make_unique<LoudnessWorker>(library, measure_file, native_files(services_.paths));
+    measure_while_normalising();
+}
+
+// The background measuring follows the switch: on from Setup, it starts at
+// once; off, a measurement under way is dropped.
+void StationApp::measure_while_normalising() {
+    if (!loudness_book_ || !measure_in_background || !extensions.Loudness_Normalise) {
+        loudness_worker_.reset();
+    } else if (!loudness_worker_) {
+        loudness_worker_ = std::make_unique<LoudnessWorker>(native(station.Act_Db), measure_file,
+                                                            native_files(services_.paths));
+    }
 }
 
 }  // namespace tavora

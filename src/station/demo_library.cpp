@@ -241,6 +241,23 @@ double making_cost(const DemoRow& row) {
     return row.clip.seconds * (cost == per_second.end() ? 8 : cost->second);
 }
 
+// The rows made before the station starts come first: the spots, then the
+// songs quickest to make. With `as_flac` those songs are FLAC files, which
+// cost less than half of what MP3 costs to make: on a busy machine, where
+// the clip maker gets a share of a core, that is what the first song waits
+// for. Made the same way on every start, so a second start finds them.
+void put_first(std::vector<DemoRow>& rows, std::size_t first, bool as_flac) {
+    const auto songs = std::stable_partition(
+        rows.begin(), rows.end(), [](const DemoRow& row) { return !row.source.empty(); });
+    std::stable_sort(songs, rows.end(), [](const DemoRow& a, const DemoRow& b) {
+        return making_cost(a) < making_cost(b);
+    });
+    if (!as_flac) return;
+    const auto early = rows.begin() + static_cast<std::ptrdiff_t>(std::min(first, rows.size()));
+    for (auto row = songs; row < early; ++row)
+        row->clip.file.replace_extension(".flac");
+}
+
 // Left in the install folder until every clip of the demo is made.
 std::filesystem::path unfinished_mark(const std::filesystem::path& home) {
     return home / "music" / "demo-unfinished.txt";
@@ -352,9 +369,13 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
         }
         resuming = OpenRecordset(opened.library, "Recordings1").RecordCount() > 0;
         if (resuming && !std::filesystem::exists(unfinished_mark(home))) return report;
-        for (auto& row : plan_rows(home / "music", options.songs)) {
+        std::vector<DemoRow> rows = plan_rows(home / "music", options.songs);
+        for (auto& row : rows) {
             if (!options.format.empty()) row.clip.file.replace_extension(options.format);
             if (options.rate > 0) row.clip.rate = options.rate;
+        }
+        if (options.first > 0) put_first(rows, options.first, options.format.empty());
+        for (auto& row : rows) {
             if (!resuming || !in_library(*opened.library, paths.ToDos(row.clip.file)))
                 planned.push_back(std::move(row));
         }
@@ -368,13 +389,6 @@ DemoReport make_demo_library(const std::filesystem::path& home, double now,
     // first left to make.
     auto first = std::make_unique<DemoRest::Work>(DemoRest::Work{home, now, {}, options.say});
     auto rest = std::make_unique<DemoRest::Work>(DemoRest::Work{home, now, {}, options.say});
-    if (options.first > 0) {
-        const auto songs = std::stable_partition(
-            planned.begin(), planned.end(), [](const DemoRow& row) { return !row.source.empty(); });
-        std::stable_sort(songs, planned.end(), [](const DemoRow& a, const DemoRow& b) {
-            return making_cost(a) < making_cost(b);
-        });
-    }
     for (auto& row : planned) {
         const bool early = options.first == 0 || (!resuming && first->rows.size() < options.first);
         (early ? first : rest)->rows.push_back(std::move(row));

@@ -87,6 +87,8 @@ class StationApp {
     // Off: the library's loudness is measured only by `tavora --analyse`,
     // and runs give the same mix every time.
     bool measure_in_background = true;
+    // Whether the library's loudness is being measured in the background.
+    bool measuring_loudness() const { return loudness_worker_ != nullptr; }
 
   private:
     // The services as the selection windows take them.
@@ -146,6 +148,7 @@ class StationApp {
     void choose_cd_drive();
     void apply_extensions();
     void start_loudness();
+    void measure_while_normalising();
 
     LoudnessTarget loudness_target_;
     std::unique_ptr<LoudnessBook> loudness_book_;  // the rule thread's

@@ -26,6 +26,6 @@ wait $pid || status=$?
 cat "$dir/err"
 [ $status -eq 0 ] || { echo "exit status $status"; exit 1; }
 grep -q "^tavora: stopped$" "$dir/err"
-grep -q "^END .* aired=0 picks=0 fallbacks=0 dead_air_s=0.0$" "$dir/out"
+grep -q "^END .* aired=0 picks=0 fallbacks=0 dead_air_s=0.0 longest_dead_air_s=0.0$" "$dir/out"
 [ -s "$dir/station/qxbp.ini" ] || { echo "no qxbp.ini"; exit 1; }
 [ -s "$dir/station/qxlast.mdb" ] || { echo "no backup qxlast.mdb"; exit 1; }

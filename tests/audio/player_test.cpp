@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <fstream>
+#include <future>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -141,6 +145,30 @@ TEST(Player, ADamagedFileRaisesTheErrorWhileAnotherPlaysOn) {
         EXPECT_EQ(index_at(during, i), 4800 + long(i));
         EXPECT_EQ(index_at(after, i), 9600 + long(i));
     }
+}
+
+TEST(Player, AFailedOpenOverAFileCuedButNeverPlayedLetsTheOfflineEngineGoOn) {
+    OfflineStation station;
+    auto cued = station.open("long.flac");
+    // The feeder decodes ahead until the ring is full: ten of the thirty seconds.
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    const std::string junk = test::media("cued-junk.mp3");
+    std::ofstream(junk) << std::string(20000, '\x55');
+    cued->Open(junk);
+    std::promise<void> settled;
+    std::thread([&station, &settled] {
+        station.engine().settle();
+        settled.set_value();
+    }).detach();
+    if (settled.get_future().wait_for(std::chrono::seconds(20)) != std::future_status::ready) {
+        ADD_FAILURE() << "the engine waits for ever on the failed open";
+        std::_Exit(1);  // the waiting thread holds the station
+    }
+    station.run_events();
+    EXPECT_EQ(cued->PlayState(), Player::kClosed);
+    auto other = station.open("index.wav");
+    other->play();
+    EXPECT_EQ(index_at(station.render(4800), 4799), 4799);
 }
 
 TEST(Player, RateOneAndAHalfPlaysThirtySecondsInTwenty) {

@@ -20,6 +20,7 @@ TEST(DeadAir, CountsOnlyStretchesOfTwoSecondsOrMoreAfterTheFirstSound) {
     dead_air.quiet_from(300);
     dead_air.finish(310);
     EXPECT_DOUBLE_EQ(dead_air.total_seconds(), 3.5 + 10);
+    EXPECT_DOUBLE_EQ(dead_air.longest_seconds(), 10);
 }
 
 TEST(DeadAir, TheMeterHearsSoundAboveMinusFiftyDecibels) {

@@ -1,6 +1,7 @@
 // The dead-air watchdog on the real engine: a silence in a song is logged,
 // skipped and recovered from; a library of silent files is covered by the
-// emergency files; silence that a break or a pause explains raises nothing.
+// emergency files; silence that a break, a pause or the end of the run
+// explains raises nothing.
 #include <cstdlib>
 #include <fstream>
 #include <regex>
@@ -56,6 +57,14 @@ class DeadAirWatchSim : public SimStation {
                                     "\" -af \"volume=0:enable='between(t," + std::to_string(start) +
                                     "," + std::to_string(end) + ")'\" \"" + to.string() + "\"";
         return std::system(command.c_str()) == 0;
+    }
+    // The "h:mm:ss AM" after `start` in a play log line, in seconds.
+    static int seconds_into_day(const std::string& line, const std::string& start) {
+        std::smatch m;
+        const std::string rest = line.substr(start.size());
+        if (!std::regex_search(rest, m, std::regex("^(\\d+):(\\d\\d):(\\d\\d) (AM|PM)"))) return -1;
+        return (std::stoi(m[1]) % 12 + (m[4] == "PM" ? 12 : 0)) * 3600 + std::stoi(m[2]) * 60 +
+               std::stoi(m[3]);
     }
     static double length_of(const std::string& file) {
         const std::string command =
@@ -141,8 +150,13 @@ TEST_F(DeadAirWatchSim, ALibraryOfSilentFilesIsCoveredByTheEmergencyFiles) {
     const auto skips = log_lines("DEAD AIR SKIP at:");
     EXPECT_GE(skips.size(), 2u);
     EXPECT_LE(skips.size(), static_cast<std::size_t>(180 / kHold));
-    // The air heard the emergency files from the second hold on.
-    EXPECT_LE(dead_air(run), 2 * kHold + kTick) << run.lines("END")[0];
+    // The skip brought on another silent song: the emergency files cover the
+    // air one look later, within the second.
+    EXPECT_LE(seconds_into_day(covers[0], "DEAD AIR FALLBACK at:") -
+                  seconds_into_day(detected[0], "DEAD AIR at:"),
+              1)
+        << detected[0] << "\n"
+        << covers[0];
     std::ifstream status(home() / "tqxstat.txt");
     std::string first_line;
     std::getline(status, first_line);
@@ -166,6 +180,26 @@ TEST_F(DeadAirWatchSim, ABreakAndAPauseRaiseNoAlarm) {
     EXPECT_EQ(log_lines("DEAD AIR").size(), 0u) << run.out;
     // Both silences happened: more than a minute of dead air in all.
     EXPECT_GT(dead_air(run), 60) << run.lines("END")[0];
+}
+
+TEST_F(DeadAirWatchSim, TheOperatorEndingTheRunRaisesNoAlarm) {
+    const SimRun run = simulate("15",
+                                "00:05:00 answer OK\n"
+                                "00:05:00 close frmViewer\n",
+                                false);
+    ASSERT_EQ(run.code, 0) << run.err;
+    const auto asked = run.lines("DIALOG");
+    ASSERT_EQ(asked.size(), 1u) << run.out;
+    EXPECT_NE(asked[0].find("\"UNLOAD WARNING\""), std::string::npos) << asked[0];
+    // Nothing aired after the close.
+    EXPECT_LT(run.lines("AIR").back().substr(4, 23), "2026-11-23 14:05:00.000") << run.out;
+    EXPECT_EQ(log_lines("DEAD AIR").size(), 0u) << run.out;
+    // Ten minutes of silence followed the close, and nobody was alarmed.
+    EXPECT_GT(dead_air(run), 9 * 60) << run.lines("END")[0];
+    std::ifstream status(home() / "tqxstat.txt");
+    std::string first_line;
+    std::getline(status, first_line);
+    EXPECT_EQ(first_line.find("DEAD AIR"), std::string::npos) << first_line;
 }
 
 }  // namespace

@@ -14,9 +14,10 @@ TEST(Script, ReadsEveryActionInTimeOrder) {
         "00:10:00 answer Yes\n"
         "01:00:00 set Request.Text1 Blue Harbor\n"
         "02:00:00 append c:\\tavora\\newreq.tqf 12, Amber Skyline\n"
-        "25:00:00 write qxsm.ini 1\n");
+        "25:00:00 write qxsm.ini 1\n"
+        "26:00:00 close frmViewer\n");
     ASSERT_EQ(script.error, "");
-    ASSERT_EQ(script.actions.size(), 6u);
+    ASSERT_EQ(script.actions.size(), 7u);
     const auto& run = script.actions[0];
     EXPECT_EQ(run.line, 4);
     EXPECT_EQ(run.form, "QXMain");
@@ -31,6 +32,8 @@ TEST(Script, ReadsEveryActionInTimeOrder) {
     EXPECT_EQ(script.actions[4].path, "c:\\tavora\\newreq.tqf");
     EXPECT_EQ(script.actions[4].text, "12, Amber Skyline");
     EXPECT_EQ(script.actions[5].at_ms, 25 * 3'600'000LL);
+    EXPECT_EQ(script.actions[6].kind, ScriptAction::Kind::Close);
+    EXPECT_EQ(script.actions[6].form, "frmViewer");
 }
 
 TEST(Script, ABadLineIsReportedByNumberAndNothingRuns) {
@@ -48,6 +51,8 @@ TEST(Script, ABadLineIsReportedByNumberAndNothingRuns) {
         {"00:00:01 append\n", "line 1: append needs PATH TEXT"},
         {"00:00:01 cd insert\n", "line 1: cd needs insert FOLDER or eject"},
         {"00:00:01 cd eject now\n", "line 1: cd needs insert FOLDER or eject"},
+        {"00:00:01 close\n", "line 1: close needs FORM"},
+        {"00:00:01 close frmViewer now\n", "line 1: close needs FORM"},
     };
     for (const auto& c : cases) {
         const Script script = parse_script(c.text);

@@ -114,7 +114,7 @@ long rows_in(const std::filesystem::path& home) {
         .RecordCount();
 }
 
-// The spots and the quickest song are there when the call returns; the
+// The spots and the quickest songs are there when the call returns; the
 // rest come while the station plays, and a run stopped half way goes on at
 // the next start without making anything twice.
 TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
@@ -122,15 +122,25 @@ TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
     const auto home = folder.path();
     DemoOptions options;
     options.songs = 5;
-    options.first = 17 + 1;
+    options.first = 17 + 2;
     DemoReport report = make_demo_library(home, kNow, options);
     ASSERT_EQ(report.error, "");
     ASSERT_TRUE(report.made);
-    EXPECT_EQ(report.rows, 17u + 1);
+    EXPECT_EQ(report.rows, 17u + 2);
     ASSERT_NE(report.rest, nullptr);
     report.rest.reset();  // the station stops at once
+    // The songs made before the station starts are FLAC (the plan has one):
+    // the first air waits for them, and FLAC is the quickest to make after WAV.
+    Recordset first_songs =
+        OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library,
+                      "SELECT [Long title] FROM Recordings1 WHERE Source IS NULL ORDER BY RecID");
+    for (int n = 0; n < 2; ++n, first_songs.MoveNext()) {
+        ASSERT_FALSE(first_songs.IsEOF());
+        const std::string file = first_songs.Fields("Long title").text();
+        EXPECT_EQ(std::filesystem::path(file).extension(), ".flac") << file;
+    }
     const long after_stop = rows_in(home);
-    EXPECT_GE(after_stop, 18);
+    EXPECT_GE(after_stop, 19);
     EXPECT_LT(after_stop, 5 + 17);
     for (const auto& entry : std::filesystem::directory_iterator(home / "music"))
         EXPECT_NE(entry.path().extension(), ".part") << "no half-made clip";

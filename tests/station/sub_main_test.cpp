@@ -212,5 +212,23 @@ TEST_F(SubMain, LogViewerHandsTheChosenLogToTheTextViewer) {
     EXPECT_EQ(fake.launcher.opened[0], (home() / "qxl39.log").string());
 }
 
+TEST_F(SubMain, NormalisationTurnedOnInSetupStartsTheMeasuringAtOnce) {
+    std::ofstream(home() / "tavora.ini") << "Loudness Normalise=0\r\n";
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    EXPECT_FALSE(app.measuring_loudness());
+
+    auto save_with_normalising = [&app](const char* on) {
+        app.setup.Form_Load();
+        ASSERT_TRUE(app.setup.set("chkLoudness", -1, on));
+        app.setup.Command1_Click();
+    };
+    save_with_normalising("1");
+    EXPECT_TRUE(app.measuring_loudness());
+    save_with_normalising("0");
+    EXPECT_FALSE(app.measuring_loudness());
+    EXPECT_TRUE(dialogs().empty());
+}
+
 }  // namespace
 }  // namespace tavora
