@@ -19,6 +19,8 @@ constexpr const char* kMark = " ** DEAD AIR";  // the state's words begin so
 constexpr double kOpenWait = 2.0;
 // How long before the hold is up the first emergency file is opened.
 constexpr double kReadyAhead = 1.0;
+// A timer may fire this much before its time, in clock units.
+constexpr double kEarly = 0.001;
 
 std::string whole_seconds(double seconds) {
     return std::to_string(static_cast<long long>(std::lround(seconds)));
@@ -37,6 +39,12 @@ DeadAirWatch::DeadAirWatch(Station& station, const Services& services, Playback&
         if (!playback_.TimerViewer().Enabled()) watch();
     });
     timer_->SetInterval(kWatchMs);
+    // Looks are a tick apart: without this one the hold could be overrun
+    // by a whole tick before anything is done.
+    exact_look_ = services_.loop.CreateTimer([this] {
+        exact_look_->SetEnabled(false);
+        if (settings_.on) watch();
+    });
 }
 
 DeadAirWatch::~DeadAirWatch() {
@@ -107,15 +115,17 @@ void DeadAirWatch::watch() {
                 if (!cued) cover();
             } else if (silent >= settings_.hold_seconds - kReadyAhead) {
                 ready_cover();
+                look_in(settings_.hold_seconds - silent);
             }
             break;
         }
         case Stage::Skipped:
-            // One look after the skip: what it brought on sounds, or is as
-            // silent as what it ended.
+            // A tick after the skip: what it brought on sounds, or is as
+            // silent as what it ended. A look sooner would cover a song that
+            // had no time to start.
             if (sounded_since(acted_at_)) {
                 recover();
-            } else {
+            } else if (now - acted_at_ >= kWatchMs / 1000.0 - kEarly) {
                 cover();
             }
             break;
@@ -127,6 +137,11 @@ void DeadAirWatch::watch() {
             }
             break;
     }
+}
+
+void DeadAirWatch::look_in(double seconds) {
+    exact_look_->SetInterval(std::max(1, static_cast<int>(std::ceil(seconds * 1000))));
+    exact_look_->SetEnabled(true);
 }
 
 void DeadAirWatch::detect() {
@@ -144,7 +159,10 @@ void DeadAirWatch::skip() {
     playback_.Skip_One();
     playback_.Ply_Closing = 0;
     acted_at_ = now_seconds();
-    if (stage_ == Stage::Listening) stage_ = Stage::Skipped;
+    if (stage_ == Stage::Listening) {
+        stage_ = Stage::Skipped;
+        look_in(kWatchMs / 1000.0);
+    }
 }
 
 // The first emergency file opened and cued a moment before the hold is up,

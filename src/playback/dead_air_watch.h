@@ -62,6 +62,7 @@ class DeadAirWatch {
     void detect();
     void skip();
     void ready_cover();
+    void look_in(double seconds);
     void cover();
     void keep_covering();
     void recover();
@@ -77,6 +78,7 @@ class DeadAirWatch {
     Playback& playback_;
     DeadAirSettings settings_;
     std::unique_ptr<Timer> timer_;
+    std::unique_ptr<Timer> exact_look_;  // one look at the hold, one a tick after a skip
     std::unique_ptr<MediaPlayer> fallback_;
     Stage stage_ = Stage::Listening;
     double armed_at_ = 0;     // the silence counts from here at the earliest
