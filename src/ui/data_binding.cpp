@@ -58,6 +58,7 @@ namespace {
 
 constexpr const char* kSource = "dataSource";
 constexpr const char* kField = "dataField";
+constexpr int kSampledRows = 40;
 
 }  // namespace
 
@@ -101,9 +102,12 @@ void DataBindings::bind_grid(QWidget& widget, const Form::DataLink& link) {
     view.setSelectionMode(QAbstractItemView::SingleSelection);
     view.setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                          QAbstractItemView::AnyKeyPressed);
-    // Uniform rows: a view over the whole library never measures its rows.
+    // Uniform rows, and columns fitted to a sample of rows: a view over the
+    // whole library never measures all of them.
     view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view.horizontalHeader()->setResizeContentsPrecision(kSampledRows);
     view.horizontalHeader()->setSectionsClickable(true);
+    view.resizeColumnsToContents();
     connect(view.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this, &g](const QModelIndex& current) {
                 if (!g.syncing && current.isValid()) move(g, current.row());
@@ -177,9 +181,9 @@ void DataBindings::edit(Grid& grid, int row, int column, std::string text) {
 void DataBindings::sync() {
     for (auto& grid : grids_) {
         if (!grid->view) continue;
-        grid->model->refresh(grid->cells->editing_row());
-        const int row = grid->model->current_row();
         QTableView& view = *grid->view;
+        if (grid->model->refresh(grid->cells->editing_row())) view.resizeColumnsToContents();
+        const int row = grid->model->current_row();
         if (row != view.currentIndex().row() && row < grid->model->rowCount()) {
             grid->syncing = true;
             const int column = std::max(view.currentIndex().column(), 0);
