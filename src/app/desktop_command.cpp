@@ -1,6 +1,7 @@
 #include "desktop_command.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QIcon>
 #include <QMessageBox>
 #include <QStyleFactory>
@@ -59,6 +60,18 @@ void take_screenshots(StationApp& app, ui::Desktop& desktop, ui::QtEventLoop& lo
         shot(app.setup, "mnu_Options_Setup", "setup.png");
         shot(app.tavora_db, "Mnu_Find", "program-director.png");
         shot(app.schedule, "mnu_View_Schedule1", "schedule.png");
+        loop.run_event([&app] {
+            app.schedule.SSTab1.Value = 1;
+            app.schedule.SSTab1_Click();
+        });
+        shot(app.schedule, nullptr, "schedule-grid.png");
+        shot(app.advschedule, "AdvSched", "advanced-scheduler.png");
+        // The CD window reads the disc at its timer's next tick.
+        loop.run_event([&app] { app.qx_main.click("CD_PLYR"); });
+        QEventLoop settle;
+        QTimer::singleShot(2500, &settle, &QEventLoop::quit);
+        settle.exec();
+        shot(app.cd_player, nullptr, "cd-player.png");
         shot(app.system_info, "sysinf", "system-info.png");
         shot(app.about, "About_QX", "about.png");
         loop.run_event([&app] { app.Shutdown(); });
