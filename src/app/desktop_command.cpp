@@ -1,6 +1,7 @@
 #include "desktop_command.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QIcon>
 #include <QMessageBox>
 #include <QStyleFactory>
@@ -18,6 +19,7 @@
 #include "sim/event_log.h"
 #include "station/station_app.h"
 #include "station/station_web.h"
+#include "stop_signals.h"
 #include "ui/binder.h"
 #include "ui/desktop.h"
 #include "ui/qt_dialogs.h"
@@ -58,6 +60,18 @@ void take_screenshots(StationApp& app, ui::Desktop& desktop, ui::QtEventLoop& lo
         shot(app.setup, "mnu_Options_Setup", "setup.png");
         shot(app.tavora_db, "Mnu_Find", "program-director.png");
         shot(app.schedule, "mnu_View_Schedule1", "schedule.png");
+        loop.run_event([&app] {
+            app.schedule.SSTab1.Value = 1;
+            app.schedule.SSTab1_Click();
+        });
+        shot(app.schedule, nullptr, "schedule-grid.png");
+        shot(app.advschedule, "AdvSched", "advanced-scheduler.png");
+        // The CD window reads the disc at its timer's next tick.
+        loop.run_event([&app] { app.qx_main.click("CD_PLYR"); });
+        QEventLoop settle;
+        QTimer::singleShot(2500, &settle, &QEventLoop::quit);
+        settle.exec();
+        shot(app.cd_player, nullptr, "cd-player.png");
         shot(app.system_info, "sysinf", "system-info.png");
         shot(app.about, "About_QX", "about.png");
         loop.run_event([&app] { app.Shutdown(); });
@@ -120,7 +134,6 @@ int run_desktop(int argc, char** argv, const std::optional<std::string>& home_op
     StationWeb web(app, services, &dialogs);
     log.on_air = [&web](int slot, double when) { web.aired(slot, when); };
 
-    std::cerr << "tavora: starting the station in " << home.string() << "\n";
     if (!engine.note().empty()) desk.MsgBox(engine.note(), Buttons::OKOnly, "Sound Card");
     // Mid-run the station plays on, so the word doesn't wait for an answer.
     station.engine.on_card_lost = [&app, &desktop](const std::string& note) {
@@ -132,9 +145,30 @@ int run_desktop(int argc, char** argv, const std::optional<std::string>& home_op
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->open();
     };
+    // A stop signal ends the station on the rule thread as the headless one
+    // does. A question on the screen holds that thread: it is closed first,
+    // which answers it as its close box does.
+    catch_stop_signals();
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&watch, &loop, &app] {
+        if (!stop_requested()) return;
+        if (QWidget* question = QApplication::activeModalWidget()) {
+            question->close();
+            return;
+        }
+        watch.stop();
+        loop.run_event([&app] { app.Shutdown(); });
+    });
+    watch.start(200);
+    std::cerr << "tavora: starting the station in " << home.string() << "\n";
     bool started = false;
     loop.run_event([&] { started = app.Sub_Main(); });
-    if (!started && app.ended()) return 0;
+    // Ended before the desktop ran: a question answered so, or a stop
+    // signal while one was up.
+    if (app.ended()) {
+        std::cerr << "tavora: stopped\n";
+        return 0;
+    }
     if (started && web_settings.enabled) {
         const std::string error = web.start(web_settings);
         if (error.empty())
@@ -142,9 +176,11 @@ int run_desktop(int argc, char** argv, const std::optional<std::string>& home_op
         else
             std::cerr << "tavora: the web page is off: " << error << "\n";
     }
+    if (started) std::cerr << "tavora: idle, library " << app.station.Act_Db << "\n";
     if (!screenshots.empty()) take_screenshots(app, desktop, loop, screenshots);
     const int status = QApplication::exec();
     web.stop();
+    std::cerr << "tavora: stopped\n";
     return status;
 }
 

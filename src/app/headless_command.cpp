@@ -1,7 +1,5 @@
 #include "headless_command.h"
 
-#include <atomic>
-#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <mutex>
@@ -18,24 +16,11 @@
 #include "sim/event_dialogs.h"
 #include "sim/event_log.h"
 #include "station/station_web.h"
+#include "stop_signals.h"
 
 namespace tavora {
 
 namespace {
-
-std::atomic<bool> stop_requested{false};
-
-extern "C" void request_stop(int) {
-    stop_requested = true;
-}
-
-void catch_stop_signals() {
-    struct sigaction action {};
-    action.sa_handler = request_stop;
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
 
 // The profile as given, or by its name in the install folder, with or without
 // its ending.
@@ -92,7 +77,7 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
     catch_stop_signals();
     // Signals only raise a flag; the shutdown itself runs on the rule thread.
     auto watch = loop.CreateTimer([&app] {
-        if (stop_requested) app.Shutdown();
+        if (stop_requested()) app.Shutdown();
     });
     watch->SetInterval(200);
     watch->SetEnabled(true);

@@ -163,6 +163,7 @@ void frmTavoraDb::wire_controls() {
     });
     on("Slider1", "Change", [this](int) { Slider1_Change(); });
     Wizard.on_click("Command1", [this](int) { Speed_Load(); });
+    add_data("Data1", Data1, [this] { Data1_Reposition(); });
 }
 
 void frmTavoraDb::Form_Load() {

@@ -41,7 +41,10 @@ Advschedule::Advschedule(Station& station, Services& services, LibraryPool& pool
     for (const char* head : {"T40", "C40", "D40", "Title", "Artist"})
         add("DataGrid1", column++).Caption = head;
     on_click("SetAll", [this](int index) { SetAll_Click(index); });
-    on_click("DataGrid1", [this](int head) { DataGrid1_HeadClick(head); });
+    on("DataGrid1", "HeadClick", [this](int head) { DataGrid1_HeadClick(head); });
+    // A cell typed into leaves its text on the column.
+    on("DataGrid1", "Change", [this](int typed) { DataGrid1_Edit(typed, DataGrid1(typed).Text); });
+    add_data("datPrimaryRS", datPrimaryRS);
     on_click("cmdAdd", [this](int) { cmdAdd_Click(); });
     on_click("cmdDelete", [this](int) { cmdDelete_Click(); });
     on_click("cmdRefresh", [this](int) { cmdRefresh_Click(); });

@@ -41,7 +41,9 @@ class Advschedule : public Form {
     Control& cmdUpdate = add("cmdUpdate");
     Control& cmdClose = add("cmdClose");
     Control& SetAll(int index) { return *find("SetAll", index); }
-    // The grid's column heads, 0 to 4.
+    // The grid's columns, 0 to 4, captioned with their fields; a head
+    // click is "HeadClick", a place typed in is the column's Text and
+    // "Change".
     Control& DataGrid1(int column) { return *find("DataGrid1", column); }
 
   private:

@@ -58,6 +58,10 @@ void frmSchedule1::add_editor_controls() {
     for (int i = 0; i < 4; ++i)
         add("datPrimaryRS", i);
     on_click("datPrimaryRS", [this](int button) { move(button); });
+    add_data("datPrimaryRS", datPrimaryRS, [this] {
+        adding_ = false;
+        datPrimaryRS_Reposition();
+    });
     on_click("cmdAdd", [this](int) { cmdAdd_Click(); });
     on_click("cmdDelete", [this](int) { cmdDelete_Click(); });
     on_click("cmdUpdate", [this](int) { cmdUpdate_Click(); });

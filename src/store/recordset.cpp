@@ -169,6 +169,17 @@ const Value& Recordset::Fields(int ordinal) {
     return cache_.field(*library_, *plan_, keys_, index, column);
 }
 
+const Value& Recordset::FieldAt(long row, int ordinal) {
+    if (row == AbsolutePosition()) return Fields(ordinal);
+    if (ordinal < 0 || ordinal >= field_count() || row < 0 || row >= RecordCount()) {
+        return null_value();
+    }
+    const auto index = static_cast<std::size_t>(row);
+    const auto column = static_cast<std::size_t>(ordinal);
+    if (!keyed()) return cells_[index * static_cast<std::size_t>(field_count()) + column];
+    return cache_.field(*library_, *plan_, keys_, index, column);
+}
+
 const Value& Recordset::Fields(std::string_view name) {
     return Fields(field_index(name));
 }

@@ -60,6 +60,9 @@ class Recordset {
     // until the next call on this recordset.
     const Value& Fields(int ordinal);
     const Value& Fields(std::string_view name);
+    // A field of any row without moving to it, as a grid shows the rows;
+    // the current row gives its pending value while editing.
+    const Value& FieldAt(long row, int ordinal);
 
     // Edit or AddNew first; the value is converted to the field's type and
     // refused when it can't be.

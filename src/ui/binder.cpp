@@ -26,6 +26,8 @@
 #include <QUrl>
 #include <QWidget>
 
+#include "ui/data_binding.h"
+
 namespace tavora::ui {
 
 namespace {
@@ -146,6 +148,7 @@ struct Binder::Window {
     QPointer<QWidget> widget;
     QWidget* host = nullptr;  // the widget, or its sub-window in the frame
     std::vector<Binding> bindings;
+    std::unique_ptr<DataBindings> data;  // grids and boxes on data controls
     std::function<void()> extra;
 
     bool first = true;
@@ -208,6 +211,8 @@ void Binder::bind(Form& form, QWidget& widget, std::function<void()> extra) {
     }
     for (Binding& binding : window->bindings)
         connect_signals(*window, binding);
+    window->data = std::make_unique<DataBindings>(form, widget, loop_);
+    if (window->data->empty()) window->data.reset();
     window->host->installEventFilter(this);
     windows_.push_back(std::move(window));
     sync_window(*windows_.back());
@@ -625,6 +630,7 @@ void Binder::sync_window(Window& w) {
                 break;
         }
     }
+    if (w.data) w.data->sync();
     if (w.extra) w.extra();
 
     if (w.first || form.Visible != w.visible) {

@@ -33,6 +33,8 @@
 // - a menu item whose control has no Click handler is greyed: its window
 //   comes with a later piece of the station.
 // - the close box runs Form::close (its QueryUnload decides).
+// - grids and boxes that name a data control of the window show its rows
+//   and its current record (data_binding.h).
 // A control without a widget is state only; a widget without a control is
 // decoration. Windows without a layout get a plain generated one.
 

@@ -55,7 +55,7 @@ TEST_F(AdvscheduleTest, AnEmptyChartIsNamedAndTheListFallsBackToTitles) {
     screen.Form_Load();
     ASSERT_EQ(fake.dialogs.shown().size(), 1u);
     EXPECT_EQ(fake.dialogs.shown()[0].request.text, "No records found for Top40");
-    screen.click("DataGrid1", 2);
+    screen.fire("DataGrid1", 2, "HeadClick");
     ASSERT_EQ(fake.dialogs.shown().size(), 2u);
     EXPECT_EQ(fake.dialogs.shown()[1].request.text, "No records found for Dance");
     EXPECT_EQ(screen.datPrimaryRS.Tag, "Title Sort");
@@ -64,7 +64,7 @@ TEST_F(AdvscheduleTest, AnEmptyChartIsNamedAndTheListFallsBackToTitles) {
     // A place that is no number is refused and nothing is written.
     screen.DataGrid1_Edit(0, "first");
     EXPECT_EQ(fake.dialogs.shown().size(), 3u);
-    screen.click("DataGrid1", 4);
+    screen.fire("DataGrid1", 4, "HeadClick");
     EXPECT_EQ(screen.datPrimaryRS.RecordSource, "Artist Sort");
 }
 

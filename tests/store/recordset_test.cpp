@@ -52,6 +52,26 @@ TEST_F(RecordsetTest, MovesCountAndPositions) {
     EXPECT_TRUE(rows.IsEOF());
 }
 
+// A grid reads the rows it shows without moving the rules' current row or
+// dropping their pending edit.
+TEST_F(RecordsetTest, AnyRowReadsWithoutMoving) {
+    Recordset rows = OpenRecordset(library_, "Title Sort");
+    rows.Move(1);
+    ASSERT_TRUE(rows.Edit());
+    ASSERT_TRUE(rows.SetField("Title", Value("bb")));
+    const int title = rows.field_index("Title");
+    EXPECT_EQ(rows.FieldAt(4, title).text(), "e");
+    EXPECT_EQ(rows.FieldAt(1, title).text(), "bb");
+    EXPECT_TRUE(rows.FieldAt(5, title).is_null());
+    EXPECT_TRUE(rows.FieldAt(0, 99).is_null());
+    EXPECT_EQ(rows.AbsolutePosition(), 1);
+    EXPECT_TRUE(rows.is_editing());
+
+    Recordset counts = OpenRecordset(library_, "SELECT Title FROM Recordings1 ORDER BY Title");
+    EXPECT_EQ(counts.FieldAt(2, 0).text(), "c");
+    EXPECT_EQ(counts.AbsolutePosition(), 0);
+}
+
 TEST_F(StoreTest, AnEmptySourceIsAtBothEnds) {
     Recordset rows = OpenRecordset(library_, "SRequest");
     EXPECT_EQ(rows.error(), "");

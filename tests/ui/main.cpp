@@ -14,6 +14,8 @@ int main(int argc, char** argv) {
     failed += QTest::qExec(&dialogs, argc, argv);
     LayoutsTest layouts;
     failed += QTest::qExec(&layouts, argc, argv);
+    DataGridsTest grids;
+    failed += QTest::qExec(&grids, argc, argv);
     DesktopTest desktop;
     failed += QTest::qExec(&desktop, argc, argv);
     return failed == 0 ? 0 : 1;

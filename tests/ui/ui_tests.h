@@ -35,6 +35,16 @@ class DesktopTest : public QObject {
     void exitEndsTheApplication();
 };
 
+class DataGridsTest : public QObject {
+    Q_OBJECT
+  private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void chartPlaceTypedInTheGridReachesTheRow();
+    void recordEditorShowsAndSavesTheRecordsFields();
+    void pickingAScheduleRowShowsItsEntry();
+};
+
 class LayoutsTest : public QObject {
     Q_OBJECT
   private slots:

@@ -84,6 +84,15 @@ std::vector<Form::Entry> Form::controls() const {
     return entries;
 }
 
+void Form::add_data(std::string name, DataControl& control, std::function<void()> reposition) {
+    data_[std::move(name)] = DataLink{&control, std::move(reposition)};
+}
+
+const Form::DataLink* Form::data(std::string_view name) const {
+    const auto it = data_.find(name);
+    return it == data_.end() ? nullptr : &it->second;
+}
+
 bool Form::close() {
     if (QueryUnload && !QueryUnload()) return false;
     Visible = false;

@@ -12,6 +12,8 @@
 
 namespace tavora {
 
+class DataControl;
+
 // Base of every window's screen-state class: the window's own state and a
 // registry of its controls by name and index, so that tests, the simulator's
 // scripts and the Qt layer can click any control by name.
@@ -80,6 +82,16 @@ class Form {
     };
     std::vector<Entry> controls() const;
 
+    // A data control of the window, for front ends that show its rows in a
+    // grid or bind boxes to its fields. `Reposition` is the window's own
+    // handler, run after such a front end moved to another row.
+    struct DataLink {
+        DataControl* control;
+        std::function<void()> Reposition;
+    };
+    // Null when the window has no data control of that name.
+    const DataLink* data(std::string_view name) const;
+
   protected:
     Control& add(std::string control, int index = -1, Kind kind = Kind::Plain);
     Control& add_text(std::string control, int index = -1) {
@@ -92,6 +104,8 @@ class Form {
         return add(std::move(control), index, Kind::List);
     }
 
+    void add_data(std::string name, DataControl& control, std::function<void()> reposition = {});
+
   private:
     struct Owned {
         std::unique_ptr<Control> control;
@@ -101,6 +115,7 @@ class Form {
     std::map<std::pair<std::string, int>, Owned> controls_;
     std::vector<std::pair<std::string, int>> order_;
     std::map<std::pair<std::string, std::string>, Handler> handlers_;
+    std::map<std::string, DataLink, std::less<>> data_;
 };
 
 }  // namespace tavora
