@@ -67,12 +67,9 @@ Library::Opened Library::open(const std::filesystem::path& path, FileKind kind) 
     }
     // A rollback journal, not WAL: a second PC may open the file over a
     // network share, where WAL's shared memory doesn't work. FULL syncs
-    // each commit so a power cut never leaves half a row. The journal is
-    // truncated, not deleted, after each commit: a schedule change rewrites
-    // most pages, and unlinking so large a journal each time cost a fifth
-    // of that change.
-    if (LCase(connection.scalar("PRAGMA journal_mode").text()) != "truncate") {
-        connection.exec("PRAGMA journal_mode = TRUNCATE");
+    // each commit so a power cut never leaves half a row.
+    if (LCase(connection.scalar("PRAGMA journal_mode").text()) != "delete") {
+        connection.exec("PRAGMA journal_mode = DELETE");
     }
     connection.exec("PRAGMA synchronous = FULL");
     connection.exec("PRAGMA cache_size = -16384");

@@ -30,7 +30,7 @@ TEST_F(StoreTest, ANewLibraryHasEveryTableInFieldOrder) {
     EXPECT_EQ(recordings.field_name(39), "Source");
     EXPECT_EQ(recordings.field_name(54), "Schedule Select");
     EXPECT_EQ(recordings.RecordCount(), 0);
-    EXPECT_EQ(library_->connection().scalar("PRAGMA journal_mode").text(), "truncate");
+    EXPECT_EQ(library_->connection().scalar("PRAGMA journal_mode").text(), "delete");
     EXPECT_EQ(library_->connection().scalar("PRAGMA synchronous").number(), 2);
 }
 
