@@ -1,5 +1,7 @@
 #include "add_command.h"
 
+#include "installed_station.h"
+
 #include "catalogue/bulk_add.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
@@ -33,21 +35,9 @@ class UnattendedDialogs : public Dialogs {
 
 }  // namespace
 
-std::string active_library(LibraryPool& pool, const std::filesystem::path& home) {
-    const auto settings = pool.open(home / "Setup.mdb", FileKind::Settings);
-    if (!settings.library) return {};
-    Recordset row = OpenRecordset(settings.library, "Setup");
-    row.Requery();
-    return row.Fields("Active Database").text();
-}
-
 int run_add(const CommandLine& line, std::ostream& out, std::ostream& err) {
     const auto home = ResolveInstallFolder(line.home);
-    if (!files::Exists(home / "Setup.mdb")) {
-        err << "tavora: no station is installed in " << home.string()
-            << "\nMake one with: tavora --install --home " << home.string() << "\n";
-        return 2;
-    }
+    if (!station_installed(home, err)) return 2;
     SystemClock clock;
     RealTimeLoop loop;
     UnattendedDialogs dialogs(out);

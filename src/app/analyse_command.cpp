@@ -3,9 +3,9 @@
 #include <chrono>
 #include <cstdio>
 
-#include "add_command.h"
 #include "catalogue/loudness_book.h"
 #include "catalogue/loudness_worker.h"
+#include "installed_station.h"
 #include "platform/file_ops.h"
 #include "platform/path_map.h"
 #include "station/station_app.h"
@@ -14,11 +14,7 @@ namespace tavora {
 
 int run_analyse(const CommandLine& line, std::ostream& out, std::ostream& err) {
     const auto home = ResolveInstallFolder(line.home);
-    if (!files::Exists(home / "Setup.mdb")) {
-        err << "tavora: no station is installed in " << home.string()
-            << "\nMake one with: tavora --install --home " << home.string() << "\n";
-        return 2;
-    }
+    if (!station_installed(home, err)) return 2;
     LibraryPool pool;
     const PathMap paths(home);
     const std::string stored = active_library(pool, home);

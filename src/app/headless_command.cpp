@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "engine_station.h"
+#include "installed_station.h"
 #include "internet/remote_answers.h"
 #include "platform/clock.h"
 #include "platform/file_ops.h"
@@ -39,11 +40,7 @@ int run_headless(const std::optional<std::string>& home_option, const std::strin
                  const std::string& record, const std::string& web_option,
                  const std::string& cd_image) {
     const auto home = ResolveInstallFolder(home_option);
-    if (!files::Exists(home / "Setup.mdb")) {
-        std::cerr << "tavora: no station is installed in " << home.string()
-                  << "\nMake one with: tavora --install --home " << home.string() << "\n";
-        return 2;
-    }
+    if (!station_installed(home, std::cerr)) return 2;
     std::string web_problems;
     const WebSettings web_settings = web_settings_for(home, web_option, web_problems);
     if (!web_problems.empty()) {
