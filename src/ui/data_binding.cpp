@@ -107,6 +107,8 @@ void DataBindings::bind_grid(QWidget& widget, const Form::DataLink& link) {
     view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view.horizontalHeader()->setResizeContentsPrecision(kSampledRows);
     view.horizontalHeader()->setSectionsClickable(true);
+    // The last column takes the room that is left, so no empty band remains.
+    view.horizontalHeader()->setStretchLastSection(true);
     view.resizeColumnsToContents();
     connect(view.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this, &g](const QModelIndex& current) {
