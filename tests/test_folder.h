@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace tavora {
@@ -31,6 +32,13 @@ class TestFolder {
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << text;
         return file;
+    }
+
+    // The whole of a file below the folder (or anywhere, given a full
+    // path); empty when it can't be read.
+    std::string Read(const std::filesystem::path& file) const {
+        std::ifstream in(path_ / file, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
     }
 
   private:

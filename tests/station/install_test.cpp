@@ -1,7 +1,9 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <fstream>
+#include <map>
 #include <set>
 #include <vector>
 
@@ -20,11 +22,13 @@
 namespace tavora {
 namespace {
 
+using ::testing::HasSubstr;
+namespace fs = std::filesystem;
+
 const double kNow = DateSerial(2026, 11, 23) + 0.4;
 
-std::string contents(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
+Recordset recordings(const fs::path& home, const std::string& source = "Recordings1") {
+    return OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library, source);
 }
 
 TEST(Install, MakesTheFolderAndNeverOverwritesWhatIsThere) {
@@ -33,90 +37,33 @@ TEST(Install, MakesTheFolderAndNeverOverwritesWhatIsThere) {
     const InstallReport first = install_station(home, kNow);
     ASSERT_EQ(first.error, "");
     EXPECT_EQ(first.made.size(), 7u + StandardProfiles().size());  // and the recorder's profiles
-    EXPECT_NE(contents(home / "manual" / "tqxops.htm").find("Run Juke Box"), std::string::npos);
-    EXPECT_NE(contents(home / "manual" / "legal.txt").find("licence"), std::string::npos);
-    EXPECT_TRUE(std::filesystem::is_directory(home / "web"));
-    EXPECT_TRUE(std::filesystem::is_directory(home / "manual"));
+    EXPECT_THAT(folder.Read(home / "manual" / "tqxops.htm"), HasSubstr("Run Juke Box"));
+    EXPECT_THAT(folder.Read(home / "manual" / "legal.txt"), HasSubstr("licence"));
+    EXPECT_TRUE(fs::is_directory(home / "web"));
     EXPECT_TRUE(Library::open(home / "Setup.mdb", FileKind::Settings).library);
-    auto library = Library::open(home / "qx1.mdb", FileKind::Library).library;
-    ASSERT_TRUE(library);
-    EXPECT_EQ(OpenRecordset(library, "Recordings1").RecordCount(), 0);
-    library.reset();
+    EXPECT_EQ(recordings(home).RecordCount(), 0);
 
-    const std::string before = contents(home / "qx1.mdb");
-    std::filesystem::remove(home / "Setup.mdb");
-    { std::ofstream(home / "manual" / "tqxops.htm") << "our own help"; }
+    const std::string before = folder.Read(home / "qx1.mdb");
+    fs::remove(home / "Setup.mdb");
+    folder.Write("tavora/manual/tqxops.htm", "our own help");
     const InstallReport second = install_station(home, kNow + 1);
     ASSERT_EQ(second.error, "");
-    ASSERT_EQ(second.made.size(), 1u);
-    EXPECT_EQ(second.made[0], (home / "Setup.mdb").string());
-    EXPECT_EQ(contents(home / "qx1.mdb"), before);
-    EXPECT_EQ(contents(home / "manual" / "tqxops.htm"), "our own help");
+    EXPECT_EQ(second.made, std::vector<std::string>{(home / "Setup.mdb").string()});
+    EXPECT_EQ(folder.Read(home / "qx1.mdb"), before);
+    EXPECT_EQ(folder.Read(home / "manual" / "tqxops.htm"), "our own help");
 }
 
 TEST(Install, AFolderThatIsAFileIsAClearFailure) {
     TestFolder folder;
     const auto home = folder.Write("taken");
-    const InstallReport report = install_station(home, kNow);
-    EXPECT_NE(report.error.find("cannot make the folder"), std::string::npos) << report.error;
-    EXPECT_EQ(contents(home), "x");
+    EXPECT_THAT(install_station(home, kNow).error, HasSubstr("cannot make the folder"));
+    EXPECT_EQ(folder.Read(home), "x");
 }
 
-// Generates real media, so the song count is kept small here.
-TEST(DemoLibrary, FillsAnEmptyLibraryOnceWithPlayableRows) {
-    TestFolder folder;
-    const auto home = folder.path();
-    DemoOptions options;
-    options.songs = 3;
-    const DemoReport report = make_demo_library(home, kNow, options);
-    ASSERT_EQ(report.error, "");
-    ASSERT_TRUE(report.made);
-
-    auto library = Library::open(home / "qx1.mdb", FileKind::Library).library;
-    ASSERT_TRUE(library);
-    Recordset rows = OpenRecordset(library, "Recordings1");
-    ASSERT_EQ(rows.RecordCount(), static_cast<long>(report.rows));
-    int songs = 0, leads = 0, promos = 0;
-    for (rows.MoveFirst(); !rows.IsEOF(); rows.MoveNext()) {
-        const std::string stored = rows.Fields("Long title").text();
-        ASSERT_EQ(stored.rfind("c:\\tavora\\music\\", 0), 0u) << stored;
-        const auto native = home / "music" / stored.substr(16);
-        EXPECT_GT(std::filesystem::file_size(native), 1000u) << native;
-        // A Null here would keep the row out of the rotation for good.
-        EXPECT_FALSE(rows.Fields("Last Played").is_null());
-        EXPECT_LT(rows.Fields("Daily Reset").number(), kNow);
-        const Value source = rows.Fields("Source");
-        if (source.is_null())
-            ++songs;
-        else if (source.text() == "Top40")
-            ++leads;
-        else if (source.text() == "Timed Promo")
-            ++promos;
-    }
-    EXPECT_EQ(songs, 3);
-    EXPECT_EQ(leads, 10);
-    EXPECT_EQ(promos, 1);
-
-    auto settings = Library::open(home / "Setup.mdb", FileKind::Settings).library;
-    Recordset setup = OpenRecordset(settings, "Setup");
-    EXPECT_EQ(setup.Fields("Use Schedule").number(), -1);
-    Station session;
-    ASSERT_TRUE(Read_BP(session, home / "qxbp.ini"));
-    EXPECT_EQ(session.Log_Due, 0) << "the demo keeps a play log";
-
-    const DemoReport again = make_demo_library(home, kNow, options);
-    EXPECT_EQ(again.error, "");
-    EXPECT_FALSE(again.made);
-}
-
-long rows_in(const std::filesystem::path& home) {
-    return OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library, "Recordings1")
-        .RecordCount();
-}
-
-// The spots and the quickest songs are there when the call returns; the
-// rest come while the station plays, and a run stopped half way goes on at
-// the next start without making anything twice.
+// Generates real media, so the song count is kept small here. The spots and
+// the quickest songs are there when the call returns; the rest come while
+// the station plays, and a run stopped half way goes on at the next start
+// without making anything twice.
 TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
     TestFolder folder;
     const auto home = folder.path();
@@ -131,18 +78,14 @@ TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
     report.rest.reset();  // the station stops at once
     // The songs made before the station starts are FLAC (the plan has one):
     // the first air waits for them, and FLAC is the quickest to make after WAV.
-    Recordset first_songs =
-        OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library,
-                      "SELECT [Long title] FROM Recordings1 WHERE Source IS NULL ORDER BY RecID");
-    for (int n = 0; n < 2; ++n, first_songs.MoveNext()) {
-        ASSERT_FALSE(first_songs.IsEOF());
-        const std::string file = first_songs.Fields("Long title").text();
-        EXPECT_EQ(std::filesystem::path(file).extension(), ".flac") << file;
-    }
-    const long after_stop = rows_in(home);
+    Recordset first_songs = recordings(
+        home, "SELECT [Long title] FROM Recordings1 WHERE Source IS NULL ORDER BY RecID");
+    for (int n = 0; n < 2; ++n, first_songs.MoveNext())
+        EXPECT_EQ(fs::path(first_songs.Fields("Long title").text()).extension(), ".flac");
+    const long after_stop = recordings(home).RecordCount();
     EXPECT_GE(after_stop, 19);
     EXPECT_LT(after_stop, 5 + 17);
-    for (const auto& entry : std::filesystem::directory_iterator(home / "music"))
+    for (const auto& entry : fs::directory_iterator(home / "music"))
         EXPECT_NE(entry.path().extension(), ".part") << "no half-made clip";
 
     DemoReport resumed = make_demo_library(home, kNow, options);
@@ -150,17 +93,26 @@ TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
     EXPECT_FALSE(resumed.made);
     ASSERT_NE(resumed.rest, nullptr);
     EXPECT_EQ(resumed.rest->wait(), "");
-    EXPECT_EQ(rows_in(home), 5 + 17);
-    EXPECT_FALSE(std::filesystem::exists(home / "music" / "demo-unfinished.txt"));
-    EXPECT_EQ(make_demo_library(home, kNow, options).rest, nullptr);
+    EXPECT_FALSE(fs::exists(home / "music" / "demo-unfinished.txt"));
+    const DemoReport again = make_demo_library(home, kNow, options);
+    EXPECT_EQ(again.error, "");
+    EXPECT_FALSE(again.made);
+    EXPECT_EQ(again.rest, nullptr);
 
-    // Every clip plays for its planned length, and sounds.
-    Recordset rows =
-        OpenRecordset(Library::open(home / "qx1.mdb", FileKind::Library).library, "Recordings1");
+    // Every clip plays for its planned length, and sounds; every row can air.
+    Recordset rows = recordings(home);
+    EXPECT_EQ(rows.RecordCount(), 5 + 17);
     std::set<std::string> formats;
+    std::map<std::string, int> sources;
     for (; !rows.IsEOF(); rows.MoveNext()) {
-        const auto file = home / "music" / rows.Fields("Long title").text().substr(16);
+        const std::string stored = rows.Fields("Long title").text();
+        ASSERT_EQ(stored.rfind("c:\\tavora\\music\\", 0), 0u) << stored;
+        const auto file = home / "music" / stored.substr(16);
         formats.insert(file.extension().string());
+        ++sources[rows.Fields("Source").text()];
+        // A Null here would keep the row out of the rotation for good.
+        EXPECT_FALSE(rows.Fields("Last Played").is_null());
+        EXPECT_LT(rows.Fields("Daily Reset").number(), kNow);
         audio::Decoder decoder;
         ASSERT_EQ(decoder.open(file.string()).status, audio::OpenStatus::Succeeded) << file;
         EXPECT_NEAR(audio::seconds_of_frames(decoder.length()), rows.Fields("End Pos").number(),
@@ -175,6 +127,14 @@ TEST(DemoLibrary, MakesTheFirstSongsAtOnceAndTheRestLaterEvenAcrossARestart) {
         EXPECT_GT(std::sqrt(energy / (2.0 * got)), 0.01) << file << " is silent in its middle";
     }
     EXPECT_EQ(formats, (std::set<std::string>{".mp3", ".ogg", ".flac", ".m4a", ".wav"}));
+    EXPECT_EQ(sources, (std::map<std::string, int>{
+                           {"", 5}, {"Snipit", 6}, {"Top40", 10}, {"Timed Promo", 1}}));
+
+    auto settings = Library::open(home / "Setup.mdb", FileKind::Settings).library;
+    EXPECT_EQ(OpenRecordset(settings, "Setup").Fields("Use Schedule").number(), -1);
+    Station session;
+    ASSERT_TRUE(Read_BP(session, home / "qxbp.ini"));
+    EXPECT_EQ(session.Log_Due, 0) << "the demo keeps a play log";
 }
 
 }  // namespace
