@@ -24,17 +24,32 @@ class CdMci : public ::testing::Test {
           }),
           mci(image, deck) {}
 
-    // The reply, or "error N".
+    // The reply, "ok" when empty, or "error N".
     std::string send(const std::string& command) {
         std::string reply;
         const int code = mci.mciSendString(command, reply);
-        return code == 0 ? reply : "error " + std::to_string(code);
+        if (code != 0) return "error " + std::to_string(code);
+        return reply.empty() ? "ok" : reply;
+    }
+    // The replies to `commands`, joined by "|"; "+N" lets N seconds pass.
+    std::string replies(const std::vector<std::string>& commands) {
+        std::string joined;
+        for (const std::string& command : commands) {
+            if (command[0] == '+') {
+                fake.loop.run_for(std::stoi(command.substr(1)) * 1000);
+                continue;
+            }
+            joined += (joined.empty() ? "" : "|") + send(command);
+        }
+        return joined;
     }
     void open_tmsf() {
-        ASSERT_EQ(send("open cdaudio alias cd wait shareable"), "");
-        ASSERT_EQ(send("set cd time format tmsf wait"), "");
+        ASSERT_EQ(replies({"open cdaudio alias cd wait shareable", "set cd time format tmsf wait"}),
+                  "ok|ok");
     }
-    void seconds(double s) { fake.loop.run_for(static_cast<std::int64_t>(s * 1000)); }
+    void insert_three_tracks() {
+        EXPECT_TRUE(image.insert(make_disc(fake.home() / "disc", kThreeTracks)).empty());
+    }
 
     FakeServices fake;
     PlayerDeck deck;
@@ -43,75 +58,50 @@ class CdMci : public ::testing::Test {
 };
 
 TEST_F(CdMci, ADiscReadsAndPlaysAsADriveAtSeventyFiveFramesASecond) {
-    EXPECT_TRUE(image.insert(make_disc(fake.home() / "disc", kThreeTracks)).empty());
+    insert_three_tracks();
     open_tmsf();
-    EXPECT_EQ(send("status cd media present"), "true");
-    EXPECT_EQ(send("status cd number of tracks wait"), "3");
-    EXPECT_EQ(send("status cd length wait"), "04:00:24");
-    EXPECT_EQ(send("status cd length track 1"), "01:10:21");
-    EXPECT_EQ(send("status cd length track 3"), "02:00:03");
-    EXPECT_EQ(send("status cd position"), "01:00:00:00");
-    EXPECT_EQ(send("status cd mode"), "stopped");
-
-    EXPECT_EQ(send("play cd"), "");
-    seconds(10);
-    EXPECT_EQ(send("status cd mode"), "playing");
-    EXPECT_EQ(send("status cd position"), "01:00:10:00");
-    EXPECT_EQ(send("pause cd"), "");
-    seconds(5);
-    EXPECT_EQ(send("status cd mode"), "paused");
-    EXPECT_EQ(send("status cd position"), "01:00:10:00");
-
-    // Milliseconds count from the disc's start, as ff and rew read them.
-    EXPECT_EQ(send("set cd time format milliseconds"), "");
-    EXPECT_EQ(send("status cd position wait"), "10000");
-    EXPECT_EQ(send("play cd from 69000"), "");
-    EXPECT_EQ(send("set cd time format tmsf"), "");
-    seconds(3);
-    // The disc plays on into the next track.
+    EXPECT_EQ(replies({"status cd media present", "status cd number of tracks wait",
+                       "status cd length wait", "status cd length track 1",
+                       "status cd length track 3", "status cd position", "status cd mode"}),
+              "true|3|04:00:24|01:10:21|02:00:03|01:00:00:00|stopped");
+    EXPECT_EQ(replies({"play cd", "+10", "status cd mode", "status cd position", "pause cd", "+5",
+                       "status cd mode", "status cd position"}),
+              "ok|playing|01:00:10:00|ok|paused|01:00:10:00");
+    // Milliseconds count from the disc's start, as ff and rew read them, and
+    // the disc plays on into the next track.
+    EXPECT_EQ(replies({"set cd time format milliseconds", "status cd position wait",
+                       "play cd from 69000", "set cd time format tmsf", "+3", "status cd mode"}),
+              "ok|10000|ok|ok|playing");
     EXPECT_EQ(send("status cd position").substr(0, 6), "02:00:");
-    EXPECT_EQ(send("status cd mode"), "playing");
-
-    EXPECT_EQ(send("stop cd wait"), "");
-    EXPECT_EQ(send("seek cd to 3"), "");
-    EXPECT_EQ(send("status cd position"), "03:00:00:00");
-    EXPECT_EQ(send("play cd from 3:01:59"), "");
-    seconds(3);
     // Past the last track the drive stops at the disc's end.
-    EXPECT_EQ(send("status cd mode"), "stopped");
-    EXPECT_EQ(send("status cd position"), "03:02:00:03");
+    EXPECT_EQ(replies({"stop cd wait", "seek cd to 3", "status cd position", "play cd from 3:01:59",
+                       "+3", "status cd mode", "status cd position"}),
+              "ok|ok|03:00:00:00|ok|stopped|03:02:00:03");
 }
 
 TEST_F(CdMci, FailuresGetTheCodesOfMci) {
     EXPECT_EQ(send("status cd mode"), "error 263");  // not open yet
     open_tmsf();
-    EXPECT_EQ(send("open cdaudio alias cd wait shareable"), "error 289");
-    EXPECT_EQ(send("status cd media present"), "false");
-    EXPECT_EQ(send("status cd mode"), "not ready");
-    EXPECT_EQ(send("status cd number of tracks wait"), "error 276");
-    EXPECT_EQ(send("play cd"), "error 276");
-    EXPECT_EQ(send("spin cd"), "error 261");
+    EXPECT_EQ(replies({"open cdaudio alias cd wait shareable", "status cd media present",
+                       "status cd mode", "status cd number of tracks wait", "play cd", "spin cd"}),
+              "error 289|false|not ready|error 276|error 276|error 261");
+    insert_three_tracks();
+    EXPECT_EQ(replies({"status cd length track 4", "status cd length track x", "seek cd to 9",
+                       "set cd speed fast"}),
+              "error 282|error 270|error 282|error 259");
 
-    image.insert(make_disc(fake.home() / "disc", kThreeTracks));
-    EXPECT_EQ(send("status cd length track 4"), "error 282");
-    EXPECT_EQ(send("status cd length track x"), "error 270");
-    EXPECT_EQ(send("seek cd to 9"), "error 282");
-    EXPECT_EQ(send("set cd speed fast"), "error 259");
-
-    // A folder without audio is a data disc: one track that won't play.
+    // A folder without audio is a data disc: one track that won't play. One
+    // look finds the tray open between the two discs.
     std::filesystem::create_directories(fake.home() / "data");
     std::ofstream(fake.home() / "data" / "readme.txt") << "not audio";
     EXPECT_TRUE(image.insert(fake.home() / "data").empty());
-    // One look finds the tray open between the two discs.
-    EXPECT_EQ(send("status cd media present"), "false");
-    EXPECT_EQ(send("status cd number of tracks"), "1");
-    EXPECT_EQ(send("play cd"), "error 512");
+    EXPECT_EQ(replies({"status cd media present", "status cd number of tracks", "play cd"}),
+              "false|1|error 512");
     EXPECT_EQ(mci::error_text(512), "The disc in the drive is not an audio CD.");
 
     EXPECT_EQ(image.insert(fake.home() / "nowhere").size(), 1u);
-    EXPECT_EQ(send("status cd media present"), "false");
-    EXPECT_EQ(send("close all"), "");
-    EXPECT_EQ(send("status cd media present"), "error 263");
+    EXPECT_EQ(replies({"status cd media present", "close all", "status cd media present"}),
+              "false|ok|error 263");
 }
 
 TEST_F(CdMci, AMissingOrDamagedTrackIsSkippedAsADriveSkipsWhatItCantRead) {
@@ -126,14 +116,9 @@ TEST_F(CdMci, AMissingOrDamagedTrackIsSkippedAsADriveSkipsWhatItCantRead) {
     EXPECT_EQ(problems[1].rfind("Track 4 (04 Fourth.flac) can't be read: ", 0), 0u) << problems[1];
 
     open_tmsf();
-    EXPECT_EQ(send("status cd number of tracks"), "4");
-    EXPECT_EQ(send("status cd length track 2"), "00:04:00");
-    EXPECT_EQ(send("play cd from 2"), "");
-    seconds(1);
-    EXPECT_EQ(send("status cd position"), "03:00:01:00");
-    EXPECT_EQ(send("play cd from 3:00:29"), "");
-    seconds(2);
-    EXPECT_EQ(send("status cd mode"), "stopped");
+    EXPECT_EQ(replies({"status cd number of tracks", "status cd length track 2", "play cd from 2",
+                       "+1", "status cd position", "play cd from 3:00:29", "+2", "status cd mode"}),
+              "4|00:04:00|ok|03:00:01:00|ok|stopped");
 }
 
 TEST_F(CdMci, ACueSheetPutsSeveralTracksInOneFile) {
@@ -147,32 +132,22 @@ TEST_F(CdMci, ACueSheetPutsSeveralTracksInOneFile) {
                                           "  TRACK 03 AUDIO\r\n    INDEX 01 00:50:03\r\n";
     EXPECT_TRUE(image.insert(folder).empty());
     open_tmsf();
-    EXPECT_EQ(send("status cd number of tracks"), "3");
-    EXPECT_EQ(send("status cd length track 2"), "00:20:03");
-    EXPECT_EQ(send("status cd length track 3"), "00:39:72");
-    EXPECT_EQ(send("play cd from 1:00:28"), "");
-    seconds(3);
-    EXPECT_EQ(send("status cd position"), "02:00:01:00");
-    EXPECT_EQ(send("play cd from 3"), "");
-    seconds(2);
-    EXPECT_EQ(send("status cd position"), "03:00:02:00");
-    EXPECT_EQ(send("play cd from 3:00:38"), "");
-    seconds(3);
-    EXPECT_EQ(send("status cd mode"), "stopped");
-    EXPECT_EQ(send("status cd position"), "03:00:39:72");
+    EXPECT_EQ(replies({"status cd number of tracks", "status cd length track 2",
+                       "status cd length track 3", "play cd from 1:00:28", "+3",
+                       "status cd position", "play cd from 3", "+2", "status cd position",
+                       "play cd from 3:00:38", "+3", "status cd mode", "status cd position"}),
+              "3|00:20:03|00:39:72|ok|02:00:01:00|ok|03:00:02:00|ok|stopped|03:00:39:72");
 }
 
 TEST_F(CdMci, ADiscTakenOutWhilePlayingStopsTheSound) {
-    image.insert(make_disc(fake.home() / "disc", kThreeTracks));
+    insert_three_tracks();
     open_tmsf();
-    ASSERT_EQ(send("play cd"), "");
-    seconds(2);
+    ASSERT_EQ(replies({"play cd", "+2"}), "ok");
     ASSERT_TRUE(deck.playing());
     image.eject();
     EXPECT_EQ(send("status cd media present"), "false");
     EXPECT_FALSE(deck.playing());
-    EXPECT_EQ(send("status cd mode"), "not ready");
-    EXPECT_EQ(send("set cd door open"), "");
+    EXPECT_EQ(replies({"status cd mode", "set cd door open"}), "not ready|ok");
 }
 
 TEST(CdText, TimesAreTwoDigitsAPartWithColons) {
