@@ -4,7 +4,6 @@
 
 #include "disc_images.h"
 #include "fake_services.h"
-#include "platform/cdio_drive.h"
 #include "platform/disc_image.h"
 #include "platform/mci_cd_audio.h"
 #include "playback/cd_deck.h"
@@ -150,24 +149,9 @@ TEST_F(CdMci, ADiscTakenOutWhilePlayingStopsTheSound) {
     EXPECT_EQ(replies({"status cd mode", "set cd door open"}), "not ready|ok");
 }
 
-TEST(CdText, TimesAreTwoDigitsAPartWithColons) {
-    EXPECT_EQ(mci::msf_text(18024), "04:00:24");
-    EXPECT_EQ(mci::msf_text(0), "00:00:00");
-    EXPECT_EQ(mci::tmsf_text(2, 75), "02:00:01:00");
+// Lengths past an hour stay in minutes, as a disc's do.
+TEST(CdText, MinutesNeverRollOverIntoHours) {
     EXPECT_EQ(mci::tmsf_text(12, 74 * 60 * 75 + 74), "12:74:00:74");
-}
-
-TEST(CdioDrive, NoDriveIsACodeNotACrash) {
-    TestFolder folder;
-    FakeServices fake(46000.5);
-    PlayerDeck deck(std::make_unique<ProbePlayer>(fake.clock, fake.loop));
-    CdioDrive drive("/nonexistent/cdrom", folder.path() / "cache");
-    MciCdAudio mci(drive, deck);
-    std::string reply;
-    EXPECT_EQ(mci.mciSendString("open cdaudio alias cd wait shareable", reply), 266);
-    EXPECT_EQ(mci::error_text(266),
-              "There is no CD drive on this machine, or it cannot be opened.");
-    EXPECT_EQ(mci.mciSendString("status cd media present", reply), 263);
 }
 
 }  // namespace

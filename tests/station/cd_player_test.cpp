@@ -59,16 +59,12 @@ TEST_F(CdPlayer, ANewDiscIsCataloguedWithTypedTitlesUntilTheSkip) {
     open_with_disc();
     EXPECT_EQ(fake.dialogs.pending(), 0u);
     const std::string skip = "Skip Entry?: Do You Want To Skip entering The rest of the info?";
-    EXPECT_EQ(asked(), (std::vector<std::string>{
-                           "Enter Title: Enter Title For This CD",
-                           "Enter Title: Enter Title For Track#1",
-                           "Enter Artist: Enter Artist For Track#1",
-                           "Enter Title: Enter Title For Track#2",
-                           skip,
-                           "Enter Artist: Enter Artist For Track#2",
-                           "Enter Title: Enter Title For Track#3",
-                           skip,
-                       }));
+    EXPECT_EQ(asked(),
+              (std::vector<std::string>{
+                  "Enter Title: Enter Title For This CD", "Enter Title: Enter Title For Track#1",
+                  "Enter Artist: Enter Artist For Track#1", "Enter Title: Enter Title For Track#2",
+                  skip, "Enter Artist: Enter Artist For Track#2",
+                  "Enter Title: Enter Title For Track#3", skip}));
     EXPECT_EQ(
         cd_rows({"Title", "Artist", "Long title", "Disc Title", "CD Track", "CD On", "Length"}),
         (std::vector<std::string>{
