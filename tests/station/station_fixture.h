@@ -9,24 +9,20 @@
 
 #include "fake_services.h"
 #include "runtime/dates.h"
+#include "station/install.h"
 #include "station/station_app.h"
-#include "store/library_files.h"
 #include "store/recordset.h"
 
 namespace tavora {
 
 inline const double kMonday = DateSerial(2026, 3, 9) + 0.5;
 
-// A fresh install folder with the default settings and an empty library,
-// the outside world faked on virtual time.
+// A station freshly installed, the outside world faked on virtual time.
 class StationTest : public ::testing::Test {
   protected:
     StationTest() : fake(kMonday) {}
 
-    void SetUp() override {
-        ASSERT_EQ(create_settings_file(home() / "Setup.mdb", kMonday), "");
-        ASSERT_EQ(create_library_file(home() / "qx1.mdb", kMonday), "");
-    }
+    void SetUp() override { ASSERT_EQ(install_station(home(), kMonday).error, ""); }
 
     // A new station, started as the program starts it; false when it stopped.
     bool start() {
