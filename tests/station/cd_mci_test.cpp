@@ -91,8 +91,7 @@ TEST_F(CdMci, FailuresGetTheCodesOfMci) {
 
     // A folder without audio is a data disc: one track that won't play. One
     // look finds the tray open between the two discs.
-    std::filesystem::create_directories(fake.home() / "data");
-    std::ofstream(fake.home() / "data" / "readme.txt") << "not audio";
+    fake.folder.Write("data/readme.txt", "not audio");
     EXPECT_TRUE(image.insert(fake.home() / "data").empty());
     EXPECT_EQ(replies({"status cd media present", "status cd number of tracks", "play cd"}),
               "false|1|error 512");
@@ -104,11 +103,9 @@ TEST_F(CdMci, FailuresGetTheCodesOfMci) {
 }
 
 TEST_F(CdMci, AMissingOrDamagedTrackIsSkippedAsADriveSkipsWhatItCantRead) {
-    const auto folder = fake.home() / "worn";
-    std::filesystem::create_directories(folder);
+    const auto folder = fake.folder.Write("worn/04 Fourth.flac", "this is no flac").parent_path();
     write_track(folder / "01 First.wav", 30 * 75);
     write_track(folder / "03 Third.wav", 30 * 75);
-    std::ofstream(folder / "04 Fourth.flac") << "this is no flac";
     const auto problems = image.insert(folder);
     ASSERT_EQ(problems.size(), 2u);
     EXPECT_EQ(problems[0], "Track 2 is missing from the disc image.");

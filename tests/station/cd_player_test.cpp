@@ -198,8 +198,7 @@ TEST_F(CdPlayer, ABreakOrderWithTheCdOpensTheView) {
 }
 
 TEST_F(CdPlayer, ADataDiscIsReadAsOneTrackAndNeitherCataloguedNorCued) {
-    std::filesystem::create_directories(home() / "data");
-    std::ofstream(home() / "data" / "setup.exe") << "MZ";
+    fake.folder.Write("data/setup.exe", "MZ");
     EXPECT_TRUE(app->insert_cd(home() / "data").empty());
     app->cd_player.CDButt_Click();
     seconds(3);
