@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "library_rows.h"
 #include "runtime/dates.h"
 #include "store/connection.h"
 #include "store/data_control.h"
@@ -45,13 +46,9 @@ class RollOver : public ::testing::Test {
         batch.commit();
     }
 
-    Value field_of(const std::string& title, const std::string& field) {
-        Recordset row;
-        EXPECT_TRUE(row.Open(library, "Title Sort"));
-        for (row.MoveFirst(); !row.IsEOF(); row.MoveNext()) {
-            if (row.Fields("Title").text() == title) return row.Fields(field);
-        }
-        return Value();
+    // A field of "Song n", the row added n-th from 0.
+    Value field_of(int song, const char* field) {
+        return keyed_row(library, "Recordings1", song + 1).Fields(field);
     }
 
     void set_setup(const std::string& field, const Value& value) {
@@ -82,11 +79,11 @@ TEST_F(RollOver, NewDayRanksTheTopSeventyFiveAndSpecialsUseTheirPlace) {
         table.Update();
     }
     Roll_Over(station, installed + 1.25, setup, library, failure);
-    EXPECT_EQ(field_of("Song 0", "AM40").number(), 1);
-    EXPECT_EQ(field_of("Song 10", "AM40").number(), 99);
-    EXPECT_EQ(field_of("Song 11", "AM40").number(), 12);
-    EXPECT_EQ(field_of("Song 74", "AM40").number(), 75);
-    EXPECT_EQ(field_of("Song 75", "AM40").number(), 0);
+    EXPECT_EQ(field_of(0, "AM40").number(), 1);
+    EXPECT_EQ(field_of(10, "AM40").number(), 99);
+    EXPECT_EQ(field_of(11, "AM40").number(), 12);
+    EXPECT_EQ(field_of(74, "AM40").number(), 75);
+    EXPECT_EQ(field_of(75, "AM40").number(), 0);
     setup.Refresh();
     EXPECT_EQ(setup.Recordset().Fields("Current Day").number(), installed + 1);
     EXPECT_EQ(station.Log_Name, "C:\\tavora\\qxl310.log");
@@ -131,7 +128,7 @@ TEST_F(RollOver, SameDayChangesNothingAndNewDayTimeSetsWhereWeightsCount) {
     Roll_Over(station, installed + 0.9, setup, library, failure);
     EXPECT_EQ(station.Log_Name, "kept");
     EXPECT_TRUE(station.BP_On);
-    EXPECT_EQ(field_of("Song 0", "AM40").number(), 99);
+    EXPECT_EQ(field_of(0, "AM40").number(), 99);
 
     set_setup("Time For New Day", Value::date(TimeSerial(6, 0, 0)));
     EXPECT_FALSE(Roll_Over(station, installed + TimeSerial(5, 59, 59), setup, library, failure));
@@ -159,17 +156,17 @@ TEST_F(RollOver, ALockedLibraryIsLeftAsItWasAndTheWorkIsDoneOnceLater) {
     setup.Refresh();
     EXPECT_EQ(setup.Recordset().Fields("Current Day"), Value::date(installed));
     EXPECT_EQ(setup.Recordset().Fields("Current Week"), Value::date(installed - 8));
-    EXPECT_EQ(field_of("Song 0", "AM40").number(), 99);
-    EXPECT_EQ(field_of("Song 0", "RTW").number(), 5);
+    EXPECT_EQ(field_of(0, "AM40").number(), 99);
+    EXPECT_EQ(field_of(0, "RTW").number(), 5);
 
     other.reset();
     failure.clear();
     Roll_Over(station, installed + 1, setup, library, failure);
     Roll_Over(station, installed + 1.5, setup, library, failure);
     EXPECT_EQ(failure, "");
-    EXPECT_EQ(field_of("Song 0", "AM40").number(), 1);
-    EXPECT_EQ(field_of("Song 0", "RTW").number(), 0);
-    EXPECT_EQ(field_of("Song 0", "Request This Month").number(), 5);
+    EXPECT_EQ(field_of(0, "AM40").number(), 1);
+    EXPECT_EQ(field_of(0, "RTW").number(), 0);
+    EXPECT_EQ(field_of(0, "Request This Month").number(), 5);
 }
 
 }  // namespace

@@ -74,8 +74,8 @@ TEST_F(PlaylistTest, ManualListIsBuiltByPressesSavedAndEditedAgain) {
     request->click("RB", row_of("Party"));
     request->click("BtnSrt", 11);
     EXPECT_EQ(request->PL_Id, list);
-    EXPECT_EQ(field(a, "Sel").number(), 2);
-    EXPECT_EQ(field(c, "Sel").number(), 1);
+    EXPECT_TRUE(has(a, {{"Sel", 2}}));
+    EXPECT_TRUE(has(c, {{"Sel", 1}}));
     EXPECT_EQ(station.PL_Next, 3);
     EXPECT_EQ(field(list, "RTW").number(), 0);  // the picking press is taken back
     request->click("BtnSrt", 11);
@@ -110,7 +110,7 @@ TEST_F(DailyRun, TopRequestTakesPlacesUpTo75ThenUpTo30OnTheFifth) {
                   {double(ids[0]), 1030}, {double(ids[1]), 1050}, {double(ids[2]), 1075}}));
     EXPECT_EQ(field(ids[0], "Sel").number(), 0);
     EXPECT_EQ(field(top, "Artist").text(), "TQXMS Automatic PlayList");
-    EXPECT_EQ(field(top, "Max Play Week").number(), 7);
+    EXPECT_TRUE(has(top, {{"Max Play Week", 7}}));
 
     const long long country = marker("TopCountry");
     ASSERT_NE(country, 0);

@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "core/fake_services.h"
+#include "core/library_rows.h"
 #include "core/station.h"
 #include "requests/request_form.h"
 #include "runtime/dates.h"
@@ -19,7 +20,7 @@
 
 namespace tavora {
 
-using Fields = std::initializer_list<std::pair<const char*, Value>>;
+using Fields = std::vector<std::pair<const char*, Value>>;
 
 // A station on a virtual clock with a fresh library in its install folder
 // and the request window over it.
@@ -51,11 +52,10 @@ class RequestFixture : public ::testing::Test {
     }
 
     Value field(long long id, const char* name) {
-        Recordset row = OpenRecordset(library, "Recordings1");
-        for (; !row.IsEOF(); row.MoveNext()) {
-            if (row.Fields("RecID").number() == static_cast<double>(id)) return row.Fields(name);
-        }
-        return Value();
+        return keyed_row(library, "Recordings1", static_cast<double>(id)).Fields(name);
+    }
+    ::testing::AssertionResult has(long long id, const std::map<std::string, double>& want) {
+        return holds(keyed_row(library, "Recordings1", static_cast<double>(id)), want);
     }
 
     // The row showing a title on the page, 0 when none does.

@@ -26,10 +26,8 @@ TEST_F(CommitTest, PickIsStampedAndCopiedIntoItsSlot) {
                          {"StartVol", Value(-300)}});
     station.Look_Sched = 0.01;
     EXPECT_EQ(pick(), id);
-    EXPECT_DOUBLE_EQ(field(id, "Last Played").number(), kNow);
-    EXPECT_EQ(field(id, "How Many Today").number(), 3);
-    EXPECT_EQ(field(id, "How Many This Week").number(), 1);
-    EXPECT_EQ(field(id, "Total Request").number(), 8);
+    EXPECT_TRUE(has(id, {{"Last Played", kNow}, {"How Many Today", 3}}));
+    EXPECT_TRUE(has(id, {{"How Many This Week", 1}, {"Total Request", 8}}));
     EXPECT_EQ(station.Slot_File[3], "d:\\music\\song1.mp3");
     EXPECT_EQ(station.Slot_Title[3], "Song 1 - Artist 1");
     EXPECT_EQ(station.Slot_MixIn[3], 4);
@@ -59,9 +57,9 @@ TEST_F(CommitTest, PlaylistMarkerTurnsItsMembersIntoPriorityRequests) {
     EXPECT_EQ(station.PL_Marker, 1);
     EXPECT_EQ(selection.PL_Random, 1);
     EXPECT_EQ(station.Slot_Ready[3], 0);
-    EXPECT_EQ(field(first, "Sel").number(), 1001);
-    EXPECT_EQ(field(second, "Sel").number(), 1002);
-    EXPECT_EQ(field(marker, "Sel").number(), 0);
+    EXPECT_TRUE(has(first, {{"Sel", 1001}}));
+    EXPECT_TRUE(has(second, {{"Sel", 1002}}));
+    EXPECT_TRUE(has(marker, {{"Sel", 0}}));
 }
 
 TEST_F(CommitTest, ChartedSongWaitsInTheHoldSlotBehindItsLead) {
@@ -75,9 +73,8 @@ TEST_F(CommitTest, ChartedSongWaitsInTheHoldSlotBehindItsLead) {
     EXPECT_EQ(station.Slot_Ready[13], 1);
     EXPECT_EQ(station.Slot_Vol[13], 0);
     EXPECT_EQ(selection.Lead_Pos, 9999);
-    EXPECT_DOUBLE_EQ(field(lead, "AccessDate").number(), kNow - 10);
-    EXPECT_DOUBLE_EQ(field(lead, "Last Played").number(), kNow);
-    EXPECT_EQ(field(lead, "How Many Today").number(), 0);
+    EXPECT_TRUE(
+        has(lead, {{"AccessDate", kNow - 10}, {"Last Played", kNow}, {"How Many Today", 0}}));
 }
 
 TEST_F(CommitTest, NoLeadForAnotherFormatTheSeventhPlayerOrAMissingPosition) {
@@ -122,21 +119,13 @@ TEST_F(CommitTest, SpecialRowCountsTowardsTheRunAndGetsNoLead) {
 
 TEST_F(CommitTest, AcceptedPickCountsAgainstItsWeightedCategories) {
     add({{"Category", Value("POP")}, {"Speed", Value("ROCK")}, {"Type", Value("AM")}});
-    Recordset weights = OpenRecordset(library, "DSearch");
-    for (; !weights.IsEOF(); weights.MoveNext()) {
-        const std::string name = weights.Fields("Category").text();
-        if (name != "POP" && name != "ROCK") continue;
-        weights.Edit();
-        weights.SetField("ExcludeFiles", Value(name == "POP" ? "4" : "99"));
-        weights.Update();
-    }
+    auto counts = weights();
+    set_weight("POP", counts["POP"].first.c_str(), "4");
+    set_weight("ROCK", counts["ROCK"].first.c_str(), "99");
     pick();
-    std::map<std::string, std::string> counts;
-    for (weights.Requery(); !weights.IsEOF(); weights.MoveNext())
-        counts[weights.Fields("Category").text()] = weights.Fields("ExcludeFiles").text();
-    EXPECT_EQ(counts["POP"], "5");
-    EXPECT_EQ(counts["ROCK"], "99");
-    EXPECT_EQ(counts["AM"], "99");
+    counts = weights();
+    EXPECT_EQ(counts["POP"].second + " " + counts["ROCK"].second + " " + counts["AM"].second,
+              "5 99 99");
 }
 
 }  // namespace

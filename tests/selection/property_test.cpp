@@ -91,9 +91,7 @@ TEST_F(PropertyTest, RotationPicksObeyTheirRulesAndUnscheduledRowsComeOnlyAnothe
             const bool other_way = report.way == PickReport::Way::Fallback ||
                                    report.record_source == "Timed Promo" ||
                                    report.record_source == "SRequest";
-            if (row["Schedule Select"].number() == 0) {
-                EXPECT_TRUE(other_way);
-            }
+            EXPECT_TRUE(other_way || row["Schedule Select"].number() != 0);
             if (!other_way) {
                 ++rotation;
                 check_rotation_pick(row, now());

@@ -21,12 +21,7 @@ class ScheduleEditor : public SelectionTest {
         schedule.DBCombo1.Text = "POP";
         schedule.click("cmdUpdate");
     }
-    int entries_named(const std::string& name) {
-        int n = 0;
-        for (Recordset t = OpenRecordset(library, "Schedule"); !t.IsEOF(); t.MoveNext())
-            n += t.Fields("Name").text() == name ? 1 : 0;
-        return n;
-    }
+    int entries_named(const std::string& name) { return rows_with("Schedule", "Name", name); }
     const std::string& last_message() { return fake.dialogs.shown().back().request.text; }
     long pop = 0, always = 0;
 };

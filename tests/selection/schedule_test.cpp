@@ -10,76 +10,45 @@ class ScheduleTest : public SelectionTest {
   protected:
     void SetUp() override {
         SelectionTest::SetUp();
-        Recordset always = OpenRecordset(library, "Schedule");
-        always.Edit();
-        always.SetField("Power", Value::boolean(false));
-        always.Update();
+        set(1, "Power", Value::boolean(false), "Schedule");
         pop = add({{"Category", Value("POP")}});
-        rock = add({{
-                        "Category",
-                        Value("Dance"),
-                    },
-                    {"Speed", Value("ROCK")}});
+        rock = add({{"Category", Value("Dance")}, {"Speed", Value("ROCK")}});
         charted = add({{"Category", Value("Country")}, {"D40", Value(4)}});
     }
 
     long entry(Fields fields) {
         Recordset table = OpenRecordset(library, "Schedule");
         table.AddNew();
-        const Value yes = Value::boolean(true);
+        for (const char* flag : {"Power", "DOMALL", "Mo", "Tu", "We", "Th", "Fr", "Sa", "Su"})
+            table.SetField(flag, Value::boolean(true));
         table.SetField("Name", Value("Entry"));
-        table.SetField("Power", yes);
-        table.SetField("DOMALL", yes);
-        for (const char* day : {"Mo", "Tu", "We", "Th", "Fr", "Sa", "Su"})
-            table.SetField(day, yes);
         table.SetField("Type1", Value("POP"));
-        table.SetField("STime", Value::date(0));
-        table.SetField("ETime", Value::date(0));
+        table.SetField("STime", hm(0));
+        table.SetField("ETime", hm(0));
         for (const auto& [name, value] : fields)
             EXPECT_TRUE(table.SetField(name, value)) << name;
         EXPECT_TRUE(table.Update());
         return static_cast<long>(table.LastModified().number());
     }
 
-    // Schedule Select of the three records, in order.
+    // Checks the schedule and gives Schedule Select of the three records, in order.
     std::vector<double> selected() {
+        schedule.Check_Sched();
         return {field(pop, "Schedule Select").number(), field(rock, "Schedule Select").number(),
                 field(charted, "Schedule Select").number()};
     }
-
-    void set_weight(const std::string& category, const char* weight, const char* count) {
-        Recordset table = OpenRecordset(library, "DSearch");
-        for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("Category").text() != category) continue;
-            table.Edit();
-            table.SetField("ValidFiles", Value(weight));
-            table.SetField("ExcludeFiles", Value(count));
-            table.Update();
-        }
-    }
-    std::string count_of(const std::string& category) {
-        Recordset table = OpenRecordset(library, "DSearch");
-        for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("Category").text() == category)
-                return table.Fields("ExcludeFiles").text();
-        }
-        return "";
-    }
+    std::string count_of(const std::string& category) { return weights()[category].second; }
 
     long pop = 0, rock = 0, charted = 0;
-    const std::vector<double> kPop{1, 0, 0};
-    const std::vector<double> kNone{0, 0, 0};
+    const std::vector<double> kPop{1, 0, 0}, kRock{0, 1, 0}, kCharted{0, 0, 1}, kNone{0, 0, 0};
+    const Value no = Value::boolean(false);
 };
 
 TEST_F(ScheduleTest, WindowAcrossMidnightTestsTheDayOfTheLookAheadClock) {
-    entry({{"STime", Value::date(TimeSerial(22, 0, 0))},
-           {"ETime", Value::date(TimeSerial(2, 0, 0))},
-           {"Tu", Value::boolean(false)}});
+    entry({{"STime", hm(22)}, {"ETime", hm(2)}, {"Tu", no}});
     set_now(46091.0 + TimeSerial(1, 0, 0));  // Tuesday 01:00
-    schedule.Check_Sched();
     EXPECT_EQ(selected(), kNone);
     set_now(46090.0 + TimeSerial(23, 0, 0));  // Monday 23:00
-    schedule.Check_Sched();
     EXPECT_EQ(selected(), kPop);
     EXPECT_EQ(schedule.Active_Next, 1);
     EXPECT_EQ(schedule.Active_Cats[1], "POP");
@@ -87,92 +56,73 @@ TEST_F(ScheduleTest, WindowAcrossMidnightTestsTheDayOfTheLookAheadClock) {
 }
 
 TEST_F(ScheduleTest, CuedMusicMakesALaterEntryRunAlready) {
-    entry({{"STime", Value::date(TimeSerial(14, 20, 0))},
-           {"ETime", Value::date(TimeSerial(16, 0, 0))}});
-    schedule.Check_Sched();
+    entry({{"STime", hm(14, 20)}, {"ETime", hm(16)}});
     EXPECT_EQ(selected(), kNone);
     station.Slot_Title[6] = "Long - Song";
     station.Slot_Length[6] = TimeSerial(0, 30, 0);
-    schedule.Check_Sched();
-    EXPECT_DOUBLE_EQ(station.Clock_Play, kNow + TimeSerial(0, 30, 0));
     EXPECT_EQ(selected(), kPop);
+    EXPECT_DOUBLE_EQ(station.Clock_Play, kNow + TimeSerial(0, 30, 0));
 }
 
 TEST_F(ScheduleTest, RunNowNeedsPowerAndThenIgnoresTimesAndDays) {
-    const Value no = Value::boolean(false);
     entry({{"Power", no}, {"Run Now", Value::boolean(true)}});
-    schedule.Check_Sched();
     EXPECT_EQ(selected(), kNone);
     entry({{"Run Now", Value::boolean(true)},
            {"We", no},
            {"DOMALL", no},
            {"DOM1", Value(1)},
-           {"STime", Value::date(TimeSerial(3, 0, 0))},
-           {"ETime", Value::date(TimeSerial(4, 0, 0))}});
-    schedule.Check_Sched();
+           {"STime", hm(3)},
+           {"ETime", hm(4)}});
     EXPECT_EQ(selected(), kPop);
 }
 
 TEST_F(ScheduleTest, DayOfMonthIsTestedUnlessActiveAllMonth) {
-    const long id = entry({{"DOMALL", Value::boolean(false)}, {"DOM1", Value(12)}});
-    schedule.Check_Sched();
+    const long id = entry({{"DOMALL", no}, {"DOM1", Value(12)}});
     EXPECT_EQ(selected(), kNone);
-    Recordset table = OpenRecordset(library, "Schedule");
-    table.MoveLast();
-    ASSERT_EQ(table.Fields("ID").number(), id);
-    table.Edit();
-    table.SetField("DOM1", Value(11));
-    table.Update();
-    schedule.Check_Sched();
+    set(id, "DOM1", Value(11), "Schedule");
     EXPECT_EQ(selected(), kPop);
 }
 
 TEST_F(ScheduleTest, RunningFlagFollowsTheEntry) {
-    entry({{"STime", Value::date(TimeSerial(13, 0, 0))},
-           {"ETime", Value::date(TimeSerial(15, 0, 0))}});
+    const long id = entry({{"STime", hm(13)}, {"ETime", hm(15)}});
     schedule.Check_Sched();
     EXPECT_EQ(schedule.Sched_Changed, 1);
-    Recordset table = OpenRecordset(library, "Schedule");
-    table.MoveLast();
-    EXPECT_TRUE(table.Fields("DOWALL").truthy());
+    EXPECT_TRUE(row(id, "Schedule").Fields("DOWALL").truthy());
     schedule.Check_Sched();
     EXPECT_EQ(schedule.Sched_Changed, 0);
     set_now(kNow + TimeSerial(2, 0, 0));
     schedule.Check_Sched();
     EXPECT_EQ(schedule.Sched_Changed, 1);
-    table.Refresh();
-    table.MoveLast();
-    EXPECT_FALSE(table.Fields("DOWALL").truthy());
+    EXPECT_FALSE(row(id, "Schedule").Fields("DOWALL").truthy());
 }
 
 TEST_F(ScheduleTest, UsePlActivatesEveryChartedRecordInsteadOfItsCategory) {
     entry({{"Use PL", Value::boolean(true)}, {"Type1", Value("ROCK")}});
-    schedule.Check_Sched();
+    EXPECT_EQ(selected(), kCharted);
     EXPECT_EQ(schedule.All_Charts, 1);
-    EXPECT_EQ(selected(), (std::vector<double>{0, 0, 1}));
 }
 
-TEST_F(ScheduleTest, SecondAndThirdCategoryFieldsCountToo) {
-    entry({{"Type1", Value("ROCK")}});
-    schedule.Check_Sched();
-    EXPECT_EQ(selected(), (std::vector<double>{0, 1, 0}));
-}
-
-// With the weights off, an entry's category reaches the library unchecked.
-TEST_F(ScheduleTest, CategoriesMatchExactlyInCaseAndBlanks) {
+// With the weights off, an entry's category reaches the library unchecked:
+// the second and third category fields count, in exact case and blanks.
+TEST_F(ScheduleTest, CategoriesMatchAnyCategoryFieldExactlyInCaseAndBlanks) {
+    const long speed = entry({{"Type1", Value("ROCK")}});
+    EXPECT_EQ(selected(), kRock);
+    set(speed, "Power", no, "Schedule");
     set_now(46092.0 + TimeSerial(0, 30, 0));
     entry({{"Type1", Value("pop")}});
     entry({{"Type1", Value("ROCK ")}});
-    schedule.Check_Sched();
     EXPECT_EQ(selected(), kNone);
     entry({{"Type1", Value("Country")}});
-    schedule.Check_Sched();
-    EXPECT_EQ(selected(), (std::vector<double>{0, 0, 1}));
+    EXPECT_EQ(selected(), kCharted);
 }
 
-TEST_F(ScheduleTest, OverrideRunsOnlyMarkedEntriesUntilItEnds) {
+TEST_F(ScheduleTest, OverrideRunsOnlyMarkedEntriesAndNothingWithoutOne) {
     entry({{"Type1", Value("POP")}});
-    entry({{"Type1", Value("ROCK")}, {"Power", Value::boolean(false)}, {"Override", Value(1)}});
+    station.Over_On = 1;
+    station.Over_End = kNow + 1;
+    EXPECT_EQ(selected(), kNone);
+    station.Over_On = 0;
+    entry({{"Type1", Value("ROCK")}, {"Power", no}, {"Override", Value(1)}});
     Form2 form(station, fake.services, pool);
     form.Form_Load();
     form.Combo1.ListIndex = 1;  // "00:10"
@@ -180,20 +130,10 @@ TEST_F(ScheduleTest, OverrideRunsOnlyMarkedEntriesUntilItEnds) {
     form.click("Command1");
     EXPECT_EQ(form.Command1.Caption, "Enabled");
     EXPECT_EQ(form.Command1.BackColor, Form2::kGreen);
-    schedule.Check_Sched();
-    EXPECT_EQ(selected(), (std::vector<double>{0, 1, 0}));
+    EXPECT_EQ(selected(), kRock);
     set_now(kNow + TimeSerial(0, 11, 0));
-    schedule.Check_Sched();
-    EXPECT_EQ(station.Over_On, 0);
     EXPECT_EQ(selected(), kPop);
-}
-
-TEST_F(ScheduleTest, OverrideWithNoMarkedEntryLeavesNothingScheduled) {
-    entry({{"Type1", Value("POP")}});
-    station.Over_On = 1;
-    station.Over_End = kNow + 1;
-    schedule.Check_Sched();
-    EXPECT_EQ(selected(), kNone);
+    EXPECT_EQ(station.Over_On, 0);
 }
 
 TEST_F(ScheduleTest, CategoryAtItsWeightDropsOutWhileAnotherHasWeight) {
@@ -201,12 +141,10 @@ TEST_F(ScheduleTest, CategoryAtItsWeightDropsOutWhileAnotherHasWeight) {
     entry({{"Type1", Value("ROCK")}});
     set_weight("POP", "2", "0");
     set_weight("ROCK", "5", "1");
-    schedule.Check_Sched();
     EXPECT_EQ(selected(), (std::vector<double>{1, 1, 0}));
     EXPECT_EQ(schedule.Label1.Caption, "Weight Limiter ON");
     set_weight("POP", "2", "2");
-    schedule.Check_Sched();
-    EXPECT_EQ(selected(), (std::vector<double>{0, 1, 0}));
+    EXPECT_EQ(selected(), kRock);
     EXPECT_EQ(types.Label3.Caption, "ROCK, ");
     EXPECT_EQ(count_of("POP"), "2");
 }
@@ -217,11 +155,11 @@ TEST_F(ScheduleTest, WeightCycleRestartsWhenAllAreSpentOrTheFallbackWasUsed) {
     set_weight("ROCK", "5", "3");
     schedule.Check_Sched();
     set_weight("POP", "2", "2");
-    schedule.Check_Sched();
-    EXPECT_EQ(count_of("POP"), "0");
-    EXPECT_EQ(count_of("ROCK"), "0");
-    EXPECT_EQ(count_of("AM"), "99");
     EXPECT_EQ(selected(), kPop);
+    const auto counts = weights();
+    EXPECT_EQ(counts.at("POP").second, "0");
+    EXPECT_EQ(counts.at("ROCK").second, "0");
+    EXPECT_EQ(counts.at("AM").second, "99");
     set_weight("POP", "2", "1");
     station.Fall_Used = -1;
     schedule.Check_Sched();
@@ -237,9 +175,8 @@ TEST_F(ScheduleTest, WeightsAreOffBeforeTheNewDayTime) {
     schedule.Check_Sched();  // ROCK still has weight, so no reset follows
     set_weight("POP", "2", "5");
     set_now(46092.0 + TimeSerial(0, 30, 0));
-    schedule.Check_Sched();
-    EXPECT_EQ(schedule.Label1.Caption, "Weight Limiter OFF");
     EXPECT_EQ(selected(), (std::vector<double>{1, 1, 0}));
+    EXPECT_EQ(schedule.Label1.Caption, "Weight Limiter OFF");
 }
 
 TEST_F(ScheduleTest, ThirtyButtonsAtMostAndEachTogglesItsMark) {
@@ -268,11 +205,7 @@ TEST_F(ScheduleTest, NewCategoryGetsAnUnlimitedWeight) {
     for (listed.MoveFirst(); listed.Fields("Type").text() != "Jazz"; listed.MoveNext()) {
     }
     types.datPrimaryRS_Reposition();
-    Recordset weights = OpenRecordset(library, "DSearch");
-    weights.MoveLast();
-    EXPECT_EQ(weights.Fields("Category").text(), "Jazz");
-    EXPECT_EQ(weights.Fields("ValidFiles").text(), "15");
-    EXPECT_EQ(weights.Fields("ExcludeFiles").text(), "99");
+    EXPECT_EQ(weights()["Jazz"], (Weight{"15", "99"}));
 }
 
 }  // namespace

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "core/fake_services.h"
+#include "core/library_rows.h"
 #include "core/station.h"
 #include "core/windows/frm_loding.h"
 #include "core/windows/qx_main.h"
@@ -24,7 +26,7 @@
 
 namespace tavora {
 
-using Fields = std::initializer_list<std::pair<const char*, Value>>;
+using Fields = std::vector<std::pair<const char*, Value>>;
 
 // A library and settings file in a fresh install folder, the selection
 // windows on a virtual clock, and a station whose look-ahead is zero, so
@@ -83,22 +85,50 @@ class SelectionTest : public ::testing::Test {
         return static_cast<long>(table.LastModified().number());
     }
 
-    Value field(long rec_id, const char* name) {
-        Recordset table = OpenRecordset(library, "Recordings1");
-        for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("RecID").number() == rec_id) return table.Fields(name);
-        }
-        return Value();
+    Recordset row(long rec_id, const char* table = "Recordings1") {
+        return keyed_row(library, table, rec_id);
+    }
+    Value field(long rec_id, const char* name) { return row(rec_id).Fields(name); }
+    ::testing::AssertionResult has(long rec_id, const std::map<std::string, double>& want) {
+        return holds(row(rec_id), want);
     }
 
-    void set(long rec_id, const char* name, const Value& value) {
-        Recordset table = OpenRecordset(library, "Recordings1");
-        for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("RecID").number() != rec_id) continue;
-            table.Edit();
-            table.SetField(name, value);
-            table.Update();
+    void set(long rec_id, const char* name, const Value& value, const char* table = "Recordings1") {
+        Recordset found = row(rec_id, table);
+        found.Edit();
+        found.SetField(name, value);
+        found.Update();
+    }
+
+    // Rows of a table whose column holds a text.
+    int rows_with(const char* table_name, const char* column, const std::string& text) {
+        int n = 0;
+        for (Recordset t = OpenRecordset(library, table_name); !t.IsEOF(); t.MoveNext())
+            n += t.Fields(column).text() == text ? 1 : 0;
+        return n;
+    }
+
+    // Category weights: each category's {weight, count so far}.
+    using Weight = std::pair<std::string, std::string>;
+    std::map<std::string, Weight> weights() {
+        std::map<std::string, Weight> out;
+        for (Recordset t = OpenRecordset(library, "DSearch"); !t.IsEOF(); t.MoveNext())
+            out[t.Fields("Category").text()] = {t.Fields("ValidFiles").text(),
+                                                t.Fields("ExcludeFiles").text()};
+        return out;
+    }
+    void set_weight(const std::string& category, const char* weight, const char* count) {
+        for (Recordset t = OpenRecordset(library, "DSearch"); !t.IsEOF(); t.MoveNext()) {
+            if (t.Fields("Category").text() != category) continue;
+            t.Edit();
+            t.SetField("ValidFiles", Value(weight));
+            t.SetField("ExcludeFiles", Value(count));
+            t.Update();
         }
+    }
+
+    static Value hm(int hours, int minutes = 0) {
+        return Value::date(TimeSerial(hours, minutes, 0));
     }
 
     // Fills a slot as the player side does and gives the RecID it got.

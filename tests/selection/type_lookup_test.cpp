@@ -16,20 +16,6 @@ class TypeLookupTest : public SelectionTest {
         }
         ASSERT_EQ(types.txtType.Text, type);
     }
-    std::pair<std::string, std::string> weight_of(const std::string& category) {
-        Recordset table = OpenRecordset(library, "DSearch");
-        for (; !table.IsEOF(); table.MoveNext()) {
-            if (table.Fields("Category").text() == category)
-                return {table.Fields("ValidFiles").text(), table.Fields("ExcludeFiles").text()};
-        }
-        return {};
-    }
-    int categories_named(const std::string& type) {
-        int n = 0;
-        for (Recordset t = OpenRecordset(library, "Type Lookup"); !t.IsEOF(); t.MoveNext())
-            n += t.Fields("Type").text() == type ? 1 : 0;
-        return n;
-    }
     void add_category(const std::string& type, const std::string& weight,
                       const std::string& count) {
         types.click("cmdAdd");
@@ -48,25 +34,25 @@ TEST_F(TypeLookupTest, TheWindowOpensOnAMasterThatCannotBeDeleted) {
     EXPECT_FALSE(types.txtType.Enabled);
     const std::string master = types.txtType.Text;
     types.click("cmdDelete");
-    EXPECT_EQ(categories_named(master), 1);
+    EXPECT_EQ(rows_with("Type Lookup", "Type", master), 1);
     ASSERT_FALSE(fake.dialogs.shown().empty());
     EXPECT_EQ(fake.dialogs.shown().back().request.text, types.Label6.Caption);
 }
 
 TEST_F(TypeLookupTest, AddWritesTheTypedCategoryAndItsWeightWithoutBlanks) {
     add_category("Jazz  ", "3", "0");
-    EXPECT_EQ(categories_named("Jazz"), 1);
-    EXPECT_EQ(weight_of("Jazz"), (std::pair<std::string, std::string>{"3", "0"}));
+    EXPECT_EQ(rows_with("Type Lookup", "Type", "Jazz"), 1);
+    EXPECT_EQ(weights()["Jazz"], (Weight{"3", "0"}));
     EXPECT_EQ(types.txtType.Text, "Jazz");
     EXPECT_TRUE(types.cmdDelete.Visible) << "a new category is no master";
     // Its weight is edited in place; a rename takes the weight row along.
     types.set("txtWeight", -1, "7");
     types.set("txtType", -1, "Cool Jazz");
     types.click("cmdUpdate");
-    EXPECT_EQ(weight_of("Cool Jazz"), (std::pair<std::string, std::string>{"7", "0"}));
-    EXPECT_EQ(weight_of("Jazz"), (std::pair<std::string, std::string>{}));
+    EXPECT_EQ(weights()["Cool Jazz"], (Weight{"7", "0"}));
+    EXPECT_EQ(weights().count("Jazz"), 0u);
     types.click("cmdDelete");
-    EXPECT_EQ(categories_named("Cool Jazz"), 0);
+    EXPECT_EQ(rows_with("Type Lookup", "Type", "Cool Jazz"), 0);
 }
 
 TEST_F(TypeLookupTest, BadWeightsAndNamesAreRefusedWithAReason) {
@@ -74,7 +60,8 @@ TEST_F(TypeLookupTest, BadWeightsAndNamesAreRefusedWithAReason) {
         const std::size_t asked = fake.dialogs.shown().size();
         add_category(type, weight, count);
         types.click("datPrimaryRS", 0);  // leaves the new row unwritten
-        return fake.dialogs.shown().size() == asked + 1 && categories_named(Trim(type)) == 0;
+        return fake.dialogs.shown().size() == asked + 1 &&
+               rows_with("Type Lookup", "Type", Trim(type)) == 0;
     };
     EXPECT_TRUE(refused("Jazz", "101", "0"));
     EXPECT_TRUE(refused("Jazz", "-1", "0"));
@@ -85,7 +72,7 @@ TEST_F(TypeLookupTest, BadWeightsAndNamesAreRefusedWithAReason) {
     const std::size_t asked = fake.dialogs.shown().size();
     add_category("Jazz", "5", "0");
     EXPECT_EQ(fake.dialogs.shown().size(), asked + 1) << "a second Jazz";
-    EXPECT_EQ(categories_named("Jazz"), 1);
+    EXPECT_EQ(rows_with("Type Lookup", "Type", "Jazz"), 1);
 }
 
 }  // namespace
