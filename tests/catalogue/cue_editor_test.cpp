@@ -15,15 +15,8 @@ class CueEditor : public CatalogueTest {
     // A record of a generated tone, on the Preview tab with its file open.
     long long open_tone(const std::string& clip) {
         const long long id = add_row("Tone", dos(place(clip, "music/" + clip)));
-        Recordset table = OpenRecordset(db->Data1.Recordset().library(), "Recordings1");
-        table.Requery();
-        table.SetBookmark(Value(static_cast<double>(id)));
-        table.Edit();
-        table.SetField("End Pos", Value(-1));
-        table.SetField("Start Pos", Value(0));
-        table.Update();
-        db->Data1.Refresh();
-        db->Data1.Recordset().SetBookmark(Value(static_cast<double>(id)));
+        set_fields(id, {{"End Pos", -1}, {"Start Pos", 0}});
+        go_to(id);
         db->show_tab(4);
         engine.run_events();
         return id;
@@ -110,14 +103,11 @@ TEST_F(CueEditor, PreviewFadesFollowTheMarks) {
 TEST_F(CueEditor, AFileThatFailsToOpenDoesNotHoldUpTheNextRow) {
     const long long gone = add_row("Gone", dos(home() / "music" / "gone.wav"));
     const long long tone = add_row("Tone", dos(place("tone15.wav", "music/tone15.wav")));
-    db->Data1.Refresh();
-    Recordset& row = db->Data1.Recordset();
-    row.SetBookmark(Value(static_cast<double>(gone)));
+    go_to(gone);
     db->show_tab(4);
     engine.run_events();
     EXPECT_EQ(preview().PlayState(), MediaPlayer::kStopped);
-    row.SetBookmark(Value(static_cast<double>(tone)));
-    db->Data1_Reposition();
+    go_to(tone);
     engine.run_events();
     EXPECT_NEAR(preview().Duration(), 15.0, 0.01);
 }

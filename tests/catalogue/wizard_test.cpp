@@ -21,17 +21,13 @@ TEST_F(Wizard, AllModeAddsTheWizardsTypesOnceEach) {
     place("short.mp3", "in/Known - Four.mp3");
     add_row("Known", dos(home() / "IN/known - FOUR.MP3"));
     open_wizard("in");
-    fake.dialogs.Queue(Answer::Yes);  // all new selections
-    fake.dialogs.Queue(Answer::No);   // no other folder
+    answer({Answer::Yes, Answer::No});  // all new selections, no other folder
     db->Wizard.click("Command1");
 
-    Recordset all = rows();
-    ASSERT_EQ(all.RecordCount(), 3);
-    all.MoveNext();
+    ASSERT_EQ(count(), 3);
     // Patterns are taken in order: mp3 before mpa.
-    EXPECT_EQ(all.Fields("Title").text(), "Song ");
-    all.MoveNext();
-    EXPECT_EQ(all.Fields("Long title").text(), dos(home() / "in/Clip - One.mpa"));
+    EXPECT_EQ(field(2, "Title").text(), "Song ");
+    EXPECT_EQ(field(3, "Long title").text(), dos(home() / "in/Clip - One.mpa"));
     EXPECT_TRUE(shown("2 Records were ADDED from this Folder"));
     EXPECT_TRUE(
         shown("We have moved you to the last record added.\r\nYou can now edit the cue points for "
@@ -43,33 +39,25 @@ TEST_F(Wizard, AllModeAddsTheWizardsTypesOnceEach) {
     EXPECT_EQ(fake.dialogs.pending(), 0u);
 }
 
-TEST_F(Wizard, CancelAtOneFileStopsWithWhatWasAddedKept) {
+TEST_F(Wizard, CancelAtTheStartAddsNothingAndAtOneFileKeepsWhatWasAdded) {
     place("short.mp3", "in/A - 1.mp3");
     place("short.mp3", "in/B - 2.mp3");
     place("short.mp3", "in/C - 3.mp3");
     open_wizard("in");
-    fake.dialogs.Queue(Answer::No);      // ask for each file
-    fake.dialogs.Queue(Answer::Yes);     // A
-    fake.dialogs.Queue(Answer::No);      // B
-    fake.dialogs.Queue(Answer::Cancel);  // C: the end of the wizard
+    answer({Answer::Cancel});
     db->Wizard.click("Command1");
+    EXPECT_EQ(count(), 0);
+    EXPECT_EQ(texts().back(), "Sorry That You Feel That Way");
 
-    Recordset all = rows();
-    ASSERT_EQ(all.RecordCount(), 1);
-    EXPECT_EQ(all.Fields("Title").text(), "A ");
+    // Ask for each file: A yes, B no, C cancel, the end of the wizard.
+    answer({Answer::No, Answer::Yes, Answer::No, Answer::Cancel});
+    db->Wizard.click("Command1");
+    ASSERT_EQ(count(), 1);
+    EXPECT_EQ(field(1, "Title").text(), "A ");
     EXPECT_EQ(texts().back(), "Sorry That You Feel That Way");
     EXPECT_TRUE(db->Wizard.Command1.Visible);
     EXPECT_EQ(db->Wiz_On, 0);
     EXPECT_FALSE(shown("1 Records were ADDED from this Folder"));
-}
-
-TEST_F(Wizard, CancelAtTheStartAddsNothing) {
-    place("short.mp3", "in/A - 1.mp3");
-    open_wizard("in");
-    fake.dialogs.Queue(Answer::Cancel);
-    db->Wizard.click("Command1");
-    EXPECT_EQ(count(), 0);
-    EXPECT_EQ(texts().back(), "Sorry That You Feel That Way");
 }
 
 TEST_F(Wizard, TooSmallLibraryOpensTheWizardFromTheRunCommand) {
