@@ -1,4 +1,5 @@
 #include "audio/player.h"
+#include "audio/spsc_ring.h"
 
 #include <gtest/gtest.h>
 
@@ -210,6 +211,52 @@ TEST_F(PlayerTest, ACommandTheRingCannotHoldIsCountedAndReported) {
     station.render(1000);
     EXPECT_EQ(player->dropped(), lost);
     EXPECT_EQ(player->PlayState(), Player::kPlaying);
+}
+
+TEST(SpscRing, KeepsOrderAndCapacity) {
+    SpscRing<int> ring(3);
+    for (int value : {1, 2, 3})
+        EXPECT_TRUE(ring.push(value));
+    EXPECT_FALSE(ring.push(4));
+    int out = 0;
+    ASSERT_TRUE(ring.pop(out));
+    EXPECT_EQ(out, 1);
+    EXPECT_TRUE(ring.push(4));  // wraps around
+    for (int expected : {2, 3, 4}) {
+        ASSERT_TRUE(ring.pop(out));
+        EXPECT_EQ(out, expected);
+    }
+    EXPECT_FALSE(ring.pop(out));
+}
+
+// The null output keeps the clock's pace, and the end of play reaches the rule thread.
+TEST(RealTime, NullOutputPlaysAtTheClocksPaceAndTellsTheEnd) {
+    test::OfflineStation station(OutputKind::Null);
+    auto player = station.engine().add_player();
+    bool ended = false;
+    player->PlayStateChange = [&ended](int, int state) { ended = state == Player::kStopped; };
+    player->Open(test::media("tone.wav"));
+    ASSERT_TRUE(station.run_until([&] { return player->ReadyState() == Player::kReady; },
+                                  std::chrono::seconds(5)));
+    player->play();
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_GT(player->CurrentPosition(), 0.3);
+    EXPECT_LT(player->CurrentPosition(), 0.9);
+    player->CurrentPosition(2.8);
+    EXPECT_TRUE(station.run_until([&] { return ended; }, std::chrono::seconds(3)));
+    EXPECT_DOUBLE_EQ(player->CurrentPosition(), 3.0);
+}
+
+// Without a sound card the engine says so and plays to the null output instead.
+TEST(RealTime, CardOutputFallsBackWithAReason) {
+    test::OfflineStation station(OutputKind::Card);
+    const Engine& engine = station.engine();
+    if (engine.output() == OutputKind::Card) {
+        EXPECT_TRUE(engine.note().empty());
+    } else {
+        EXPECT_EQ(engine.output(), OutputKind::Null);
+        EXPECT_NE(engine.note().find("null output"), std::string::npos) << engine.note();
+    }
 }
 
 }  // namespace
