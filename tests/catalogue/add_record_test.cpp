@@ -9,21 +9,16 @@ namespace tavora {
 namespace {
 
 TEST(BaseName, CutsTheEndingAndSixFolders) {
-    struct Case {
-        const char* file;
-        const char* base;
-    };
-    const Case cases[] = {
-        {"c:\\music\\Song - Band.mp3", "Song - Band"},
-        {"d:\\a\\b\\c\\d\\Song.wav", "Song"},
-        // Counting the drive, seven folders leave the last one in the name.
-        {"c:\\1\\2\\3\\4\\5\\6\\Song - Band.mp3", "6\\Song - Band"},
-        // The ending's length follows the first backslash: here two characters go.
-        {"\\\\server\\share\\Song.mp3", "Song.m"},
-        {"c:\\Song.mpeg", "Song."},
-    };
-    for (const Case& one : cases)
-        EXPECT_EQ(Base_Name(one.file), one.base) << one.file;
+    for (const auto& [file, base] : {
+             std::pair{"c:\\music\\Song - Band.mp3", "Song - Band"},
+             {"d:\\a\\b\\c\\d\\Song.wav", "Song"},
+             // Counting the drive, seven folders leave the last one in the name.
+             {"c:\\1\\2\\3\\4\\5\\6\\Song - Band.mp3", "6\\Song - Band"},
+             // The ending's length follows the first backslash: here two characters go.
+             {"\\\\server\\share\\Song.mp3", "Song.m"},
+             {"c:\\Song.mpeg", "Song."},
+         })
+        EXPECT_EQ(Base_Name(file), base) << file;
 }
 
 TEST(BaseName, SplitsAtTheFirstDashKeepingTheBlank) {
