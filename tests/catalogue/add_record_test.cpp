@@ -150,9 +150,8 @@ TEST_F(Wizard, AllModeAddsTheWizardsTypesOnceEach) {
 }
 
 TEST_F(Wizard, CancelAtTheStartAddsNothingAndAtOneFileKeepsWhatWasAdded) {
-    place("short.mp3", "in/A - 1.mp3");
-    place("short.mp3", "in/B - 2.mp3");
-    place("short.mp3", "in/C - 3.mp3");
+    for (const char* name : {"A - 1", "B - 2", "C - 3"})
+        place("short.mp3", std::string("in/") + name + ".mp3");
     open_wizard("in");
     answer({Answer::Cancel});
     db->Wizard.click("Command1");
@@ -176,7 +175,6 @@ TEST_F(Wizard, TooSmallLibraryOpensTheWizardFromTheRunCommand) {
     app.qx_main.click("mnu_File_Run");
     const auto& shown = fake.dialogs.shown();
     ASSERT_GE(shown.size(), 2u);
-    EXPECT_EQ(shown[shown.size() - 2].request.title, "NOT ENOUGH RECORDS!");
     EXPECT_EQ(shown.back().request.text.rfind("Select a DRIVE and Folder to autoload from", 0), 0u);
     EXPECT_TRUE(app.tavora_db.DFrame.Visible);
     EXPECT_TRUE(app.tavora_db.Visible);

@@ -71,8 +71,7 @@ TEST_F(BulkTools, DamagedImportFilesChangeNothing) {
     EXPECT_TRUE(fake.dialogs.shown().empty());
 
     // A file that is no library is named and left alone.
-    std::filesystem::create_directories(home() / "drop");
-    std::ofstream(home() / "drop" / "qximp.mdb") << "not a database";
+    fake.folder.Write("drop/qximp.mdb", "not a database");
     std::ofstream(home() / "linstall.txt") << dos(home() / "drop") << "\r\n";
     db->QX_Imp();
     ASSERT_EQ(texts().size(), 1u);
@@ -95,8 +94,7 @@ TEST_F(BulkTools, ValidationWithTheDrivePromptCancelledChecksEveryRow) {
               "---\r\nc:\\tavora\\music\\gone.mp3\r\nGone\r\nB\r\n"
               "---\r\nq:\\nowhere.mp3\r\nElsewhere\r\nD\r\n"
               "======\r\nSearched: 4\r\nTotal Errors: 2\r\n");
-    ASSERT_EQ(fake.launcher.opened.size(), 1u);
-    EXPECT_EQ(fake.launcher.opened[0], (home() / "badlinks.txt").string());
+    EXPECT_EQ(fake.launcher.opened, std::vector<std::string>{(home() / "badlinks.txt").string()});
 
     fake.dialogs.Queue(Answer::Yes);
     fake.dialogs.QueueText("Q");
@@ -115,11 +113,9 @@ TEST_F(BulkTools, DriveRepairRewritesEveryPathOnTheLetterInLowerCase) {
     fake.dialogs.Queue(Answer::Yes);
     db->click("CmdRepAll");
 
-    std::vector<std::string> paths;
-    for (Recordset all = rows(); !all.IsEOF(); all.MoveNext())
-        paths.push_back(all.Fields("Long title").text());
-    EXPECT_EQ(paths, (std::vector<std::string>{"g:\\music\\one.mp3", "g:\\two.mp3", "g:XPL",
-                                               "e:\\three.mp3"}));
+    const char* const repaired[] = {"g:\\music\\one.mp3", "g:\\two.mp3", "g:XPL", "e:\\three.mp3"};
+    for (long long id = 1; id <= 4; ++id)
+        EXPECT_EQ(field(id, "Long title").text(), repaired[id - 1]);
     EXPECT_EQ(texts().back(),
               "COMPLETE! Drive (d) has been replaced with drive (G)\r\n3 Records "
               "were replaced");

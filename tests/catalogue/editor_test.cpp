@@ -191,9 +191,6 @@ class CueEditor : public CatalogueTest {
     }
     double field(const char* name) { return db->Data1.Recordset().Fields(name).number(); }
     MediaPlayer& preview() { return *db->ActiveMoviePreview; }
-    void play_for(double seconds) {
-        engine.render(static_cast<std::size_t>(seconds * audio::kRate));
-    }
 
     audio::test::OfflineStation engine;
 };
@@ -214,7 +211,7 @@ TEST_F(CueEditor, MarksAreFileTimesAndMixOutCountsFromTheEnd) {
     EXPECT_NEAR(field("Mix Out"), 5.0, 0.01);
 
     db->click("TestMixOut");
-    play_for(1.0);
+    engine.render(audio::kRate);
     EXPECT_EQ(preview().PlayState(), MediaPlayer::kPlaying);
     EXPECT_NEAR(preview().CurrentPosition(), 26.0, 0.05);
 }
@@ -225,7 +222,7 @@ TEST_F(CueEditor, RateChangesPlayButNotTheMarks) {
     EXPECT_EQ(db->frmPlaybackRate.Caption, "1.5");
     EXPECT_DOUBLE_EQ(preview().Rate(), 1.5);
     db->click("TestStart");
-    play_for(2.0);
+    engine.render(2 * audio::kRate);
     db->click("SetMixIn");
     EXPECT_NEAR(field("Size"), 3.0, 0.1);  // two seconds heard, three of the file
 }
