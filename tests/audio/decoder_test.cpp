@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -54,12 +53,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, EveryFormat,
                          testing::Values("tone.wav", "tone.mp3", "tone44.mp3", "tone.ogg",
                                          "tone.opus", "tone.flac", "tone.m4a", "tone.wma",
                                          "tone.mp2", "tone.mpg", "tone.avi", "tone.mov",
-                                         "tone.wmv"),
-                         [](const auto& param) {
-                             std::string name = param.param;
-                             std::replace(name.begin(), name.end(), '.', '_');
-                             return name;
-                         });
+                                         "tone.wmv"));
 
 // A seek lands on its frame: the samples are those that reading straight through gives.
 class SeekLands : public testing::TestWithParam<std::pair<const char*, double>> {};
@@ -82,24 +76,16 @@ TEST_P(SeekLands, SameSamplesAsReadingThrough) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, SeekLands,
-                         testing::Values(std::make_pair("index.wav", 0.0),
-                                         std::make_pair("tone.flac", 0.0),
-                                         std::make_pair("tone.mp3", 1e-3),
-                                         std::make_pair("tone.ogg", 1e-3),
-                                         std::make_pair("tone.opus", 1e-2)));
+                         testing::Values(std::pair{"index.wav", 0.0}, std::pair{"tone.flac", 0.0},
+                                         std::pair{"tone.mp3", 1e-3}, std::pair{"tone.ogg", 1e-3},
+                                         std::pair{"tone.opus", 1e-2}));
 
-TEST(Decoder, BadInputFailsWithAClearMessage) {
+TEST(Decoder, AMissingFileOrAPictureAloneFailsWithAClearMessage) {
     Decoder decoder;
     const OpenResult missing = decoder.open(media("no such file.mp3"));
     EXPECT_EQ(missing.status, OpenStatus::Failed);
     EXPECT_NE(missing.error.find("no such file.mp3"), std::string::npos) << missing.error;
     EXPECT_FALSE(decoder.is_open());
-
-    const std::string junk = media("junk.mp3");
-    std::ofstream(junk) << std::string(5000, 'x');
-    const OpenResult garbage = decoder.open(junk);
-    EXPECT_EQ(garbage.status, OpenStatus::Failed);
-    EXPECT_FALSE(garbage.error.empty());
 
     // A picture alone has no sound to play.
     EXPECT_EQ(decoder.open(media("no-sound.avi")).status, OpenStatus::Failed);
@@ -109,17 +95,15 @@ TEST(Decoder, BadInputFailsWithAClearMessage) {
 // still says four seconds, but the length is what the file holds, and the samples that
 // aren't numbers come out as silence while their neighbours are untouched.
 TEST(Decoder, DamagedWavPlaysWhatItHolds) {
-    std::ifstream in(media("index.wav"), std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    std::string bytes = test::file_bytes(media("index.wav"));
     const std::size_t data = bytes.find("data") + 8;
     ASSERT_GT(data, 8u);
     bytes.resize(data + kRate * kChannels * sizeof(float));
     const std::uint32_t poison[] = {0x7fc00000u, 0x7f800000u, 0xff800000u};  // NaN, +Inf, -Inf
     const std::size_t poisoned_frame = 1000;
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i)
         std::memcpy(&bytes[data + (poisoned_frame + i) * kChannels * sizeof(float)], &poison[i],
                     sizeof(float));
-    }
     const std::string path = media("cut-short.wav");
     std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 
@@ -128,9 +112,8 @@ TEST(Decoder, DamagedWavPlaysWhatItHolds) {
     EXPECT_EQ(decoder.length(), kRate);
     const std::vector<float> all = read_all(decoder);
     ASSERT_EQ(all.size(), std::size_t{kRate} * kChannels);
-    for (std::size_t frame = poisoned_frame; frame < poisoned_frame + 3; ++frame) {
+    for (std::size_t frame = poisoned_frame; frame < poisoned_frame + 3; ++frame)
         EXPECT_EQ(all[frame * kChannels], 0.0f) << frame;
-    }
     EXPECT_FLOAT_EQ(all[(poisoned_frame + 3) * kChannels], (poisoned_frame + 3) / 1048576.0f);
     EXPECT_FLOAT_EQ(all[poisoned_frame * kChannels + 1], 0.25f);
 }

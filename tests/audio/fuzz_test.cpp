@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,11 +12,6 @@
 
 namespace tavora::audio {
 namespace {
-
-std::string load(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // Cut short, bytes flipped, runs overwritten, or all of those.
 std::string damage(std::string bytes, std::mt19937& random) {
@@ -48,7 +42,7 @@ TEST(Fuzz, DamagedFilesNeverCrashOrHang) {
                                             "m4a", "wma", "mp2", "avi"};
     std::vector<std::string> seeds;
     for (const auto& kind : kinds)
-        seeds.push_back(load(test::media("fuzz." + kind)));
+        seeds.push_back(test::file_bytes(test::media("fuzz." + kind)));
     std::mt19937 random(20261123);
     std::vector<float> buffer(4096 * kChannels);
     int opened = 0;

@@ -1,14 +1,7 @@
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <httplib.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <thread>
 
@@ -19,54 +12,38 @@ namespace {
 
 using test::OfflineStation;
 
-// Serves one file on 127.0.0.1 to each connection in turn, with or without its length,
-// until it is destroyed.
+// Serves one file on 127.0.0.1 to every request, with its length or as a chunked
+// stream of unknown length, until it is destroyed.
 class TinyServer {
   public:
-    TinyServer(const std::string& file, bool tell_length) {
-        std::ifstream in(file, std::ios::binary);
-        const std::string body(std::istreambuf_iterator<char>(in), {});
-        reply_ = tell_length ? "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) +
-                                   "\r\nConnection: close\r\n\r\n"
-                             : "HTTP/1.0 200 OK\r\n\r\n";
-        reply_ += body;
-        listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        if (bind(listener_, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-            listen(listener_, 8) == 0 &&
-            getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size) == 0) {
-            port_ = ntohs(address.sin_port);
-        }
-        thread_ = std::thread([this] {
-            while (!stop_) {
-                pollfd wait{listener_, POLLIN, 0};
-                if (poll(&wait, 1, 100) <= 0) continue;
-                const int client = accept(listener_, nullptr, nullptr);
-                if (client < 0) continue;
-                char request[4096];
-                if (recv(client, request, sizeof request, 0) > 0)
-                    send(client, reply_.data(), reply_.size(), MSG_NOSIGNAL);
-                close(client);
+    TinyServer(const std::string& file, bool tell_length) : body_(test::file_bytes(file)) {
+        server_.Get(".*", [this, tell_length](const httplib::Request&, httplib::Response& reply) {
+            if (tell_length) {
+                reply.set_content(body_, "application/octet-stream");
+                return;
             }
+            reply.set_chunked_content_provider("application/octet-stream",
+                                               [this](std::size_t, httplib::DataSink& sink) {
+                                                   sink.write(body_.data(), body_.size());
+                                                   sink.done();
+                                                   return true;
+                                               });
         });
+        port_ = server_.bind_to_any_port("127.0.0.1");
+        thread_ = std::thread([this] { server_.listen_after_bind(); });
     }
     ~TinyServer() {
-        stop_ = true;
+        server_.stop();
         thread_.join();
-        close(listener_);
     }
     std::string url(const std::string& path) const {
         return "http://127.0.0.1:" + std::to_string(port_) + path;
     }
 
   private:
-    std::string reply_;
-    int listener_ = -1;
+    std::string body_;
+    httplib::Server server_;
     int port_ = 0;
-    std::atomic<bool> stop_{false};
     std::thread thread_;
 };
 

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <deque>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -17,6 +19,12 @@ namespace tavora::audio::test {
 
 inline std::string media(const std::string& name) {
     return std::string(TAVORA_AUDIO_MEDIA) + "/" + name;
+}
+
+// The whole of a file.
+inline std::string file_bytes(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // An engine (offline unless told) and a queue standing for the rule thread's event loop.

@@ -1,27 +1,24 @@
+#include <algorithm>
 #include <fstream>
 
 #include "catalogue/file_names.h"
 #include "catalogue_fixture.h"
+#include "station/station_app.h"
 
 namespace tavora {
 namespace {
 
 TEST(BaseName, CutsTheEndingAndSixFolders) {
-    struct Case {
-        const char* file;
-        const char* base;
-    };
-    const Case cases[] = {
-        {"c:\\music\\Song - Band.mp3", "Song - Band"},
-        {"d:\\a\\b\\c\\d\\Song.wav", "Song"},
-        // Counting the drive, seven folders leave the last one in the name.
-        {"c:\\1\\2\\3\\4\\5\\6\\Song - Band.mp3", "6\\Song - Band"},
-        // The ending's length follows the first backslash: here two characters go.
-        {"\\\\server\\share\\Song.mp3", "Song.m"},
-        {"c:\\Song.mpeg", "Song."},
-    };
-    for (const Case& one : cases)
-        EXPECT_EQ(Base_Name(one.file), one.base) << one.file;
+    for (const auto& [file, base] : {
+             std::pair{"c:\\music\\Song - Band.mp3", "Song - Band"},
+             {"d:\\a\\b\\c\\d\\Song.wav", "Song"},
+             // Counting the drive, seven folders leave the last one in the name.
+             {"c:\\1\\2\\3\\4\\5\\6\\Song - Band.mp3", "6\\Song - Band"},
+             // The ending's length follows the first backslash: here two characters go.
+             {"\\\\server\\share\\Song.mp3", "Song.m"},
+             {"c:\\Song.mpeg", "Song."},
+         })
+        EXPECT_EQ(Base_Name(file), base) << file;
 }
 
 TEST(BaseName, SplitsAtTheFirstDashKeepingTheBlank) {
@@ -36,25 +33,16 @@ TEST(BaseName, SplitsAtTheFirstDashKeepingTheBlank) {
 using AddOne = CatalogueTest;
 
 TEST_F(AddOne, NamesTheRecordFromTheFileInEitherOrder) {
-    const auto file = place("short.mp3", "music/Song - Band.mp3");
-    fake.dialogs.QueueText(dos(file));
-    db->cmdAdd_Click();
+    const std::string file = dos(place("short.mp3", "music/Song - Band.mp3"));
+    add_file(file);
     db->set("Combo6", -1, "Artist");
-    fake.dialogs.QueueText(dos(file));
-    db->cmdAdd_Click();
-
-    Recordset all = rows();
-    ASSERT_EQ(all.RecordCount(), 2);
-    EXPECT_EQ(all.Fields("Title").text(), "Song ");
-    EXPECT_EQ(all.Fields("Artist").text(), "Band");
-    EXPECT_EQ(all.Fields("Long title").text(), dos(file));
-    EXPECT_EQ(all.Fields("Size").number(), 6);
-    EXPECT_EQ(all.Fields("Mix Out").number(), 6);
+    add_file(file);
+    ASSERT_EQ(count(), 2);
+    EXPECT_EQ(fields_of(1, {"Title", "Artist", "Long title", "Size", "Mix Out"}),
+              "Song |Band|" + file + "|6|6");
     // The engine's length, so the first play needs no repair.
-    EXPECT_NEAR(all.Fields("Length").number() * 86400, 2.0, 0.05);
-    all.MoveNext();
-    EXPECT_EQ(all.Fields("Title").text(), "Band");
-    EXPECT_EQ(all.Fields("Artist").text(), "Song ");
+    EXPECT_NEAR(field(1, "Length").number() * 86400, 2.0, 0.05);
+    EXPECT_EQ(fields_of(2, {"Title", "Artist"}), "Band|Song ");
     EXPECT_EQ(db->Label9.Caption, "Artist - Title");
 }
 
@@ -70,30 +58,22 @@ TEST_F(AddOne, NameOutsideTheConventionGoesThroughBothInputBoxes) {
     EXPECT_EQ(shown[1].request.title, "Enter Title");
     EXPECT_EQ(shown[1].request.default_text, "It's; DROP TABLE x");
     EXPECT_EQ(shown[2].request.title, "Enter Artist");
-    Recordset all = rows();
-    ASSERT_EQ(all.RecordCount(), 1);
-    EXPECT_EQ(all.Fields("Title").text(), "My Title");
-    EXPECT_EQ(all.Fields("Artist").text(), "It's; DROP TABLE x");
+    ASSERT_EQ(count(), 1);
+    EXPECT_EQ(fields_of(1, {"Title", "Artist"}), "My Title|It's; DROP TABLE x");
 }
 
 TEST_F(AddOne, AsxWarnsOnlyInAllCapitalsOrAllSmall) {
-    for (const char* name : {"a - b.asx", "c - d.ASX", "e - f.Asx"}) {
-        const auto file = place("short.mp3", std::string("music/") + name);
-        fake.dialogs.QueueText(dos(file));
-        db->cmdAdd_Click();
-    }
-    long warnings = 0;
-    for (const auto& text : texts())
-        warnings += text == kAsxWarning;
-    EXPECT_EQ(warnings, 2);
+    for (const char* name : {"a - b.asx", "c - d.ASX", "e - f.Asx"})
+        add_file(dos(place("short.mp3", std::string("music/") + name)));
+    const auto said = texts();
+    EXPECT_EQ(std::count(said.begin(), said.end(), kAsxWarning), 2);
     EXPECT_EQ(count(), 3);
 }
 
 TEST_F(AddOne, CancelAndMissingFileSayFileOpenErrorAndAddNothing) {
-    fake.dialogs.Queue(Answer::Cancel);
+    answer({Answer::Cancel});
     db->cmdAdd_Click();
-    fake.dialogs.QueueText("c:\\tavora\\music\\gone - away.mp3");
-    db->cmdAdd_Click();
+    add_file("c:\\tavora\\music\\gone - away.mp3");
     EXPECT_EQ(count(), 0);
     ASSERT_EQ(texts().size(), 4u);
     EXPECT_EQ(texts()[1], "File open error.");
@@ -104,36 +84,21 @@ TEST_F(AddOne, CancelAndMissingFileSayFileOpenErrorAndAddNothing) {
 TEST_F(AddOne, InternetShortcutTakesItsLinkOrIsRefused) {
     std::ofstream(home() / "good - link.url") << "[InternetShortcut]\r\nURL=http://radio/x.mp3\r\n";
     std::ofstream(home() / "junk.url") << "[InternetShortcut]\r\n\x01\x02garbage\xff.exe\r\n";
-    fake.dialogs.QueueText("c:\\tavora\\good - link.url");
-    db->cmdAdd_Click();
-    fake.dialogs.QueueText("c:\\tavora\\junk.url");
-    db->cmdAdd_Click();
-
-    Recordset all = rows();
-    ASSERT_EQ(all.RecordCount(), 1);
-    EXPECT_EQ(all.Fields("Long title").text(), "http://radio/x.mp3");
-    EXPECT_EQ(all.Fields("Title").text(), "good ");
+    add_file("c:\\tavora\\good - link.url");
+    add_file("c:\\tavora\\junk.url");
+    ASSERT_EQ(count(), 1);
+    EXPECT_EQ(fields_of(1, {"Long title", "Title"}), "http://radio/x.mp3|good ");
     EXPECT_TRUE(shown("Invalid File Type Referenced! exe"));
     EXPECT_TRUE(shown("File open error."));
 }
 
 TEST_F(AddOne, CloneCopiesTheMastersSettingsAndTheWizardOverrulesThem) {
     const long long master = add_row("Master", "c:\\m.mp3");
-    {
-        Recordset table = OpenRecordset(db->Data1.Recordset().library(), "Recordings1");
-        table.Requery();
-        table.SetBookmark(Value(static_cast<double>(master)));
-        table.Edit();
-        table.SetField("Category", Value("Rock"));
-        table.SetField("Max Play Day", Value(9));
-        table.SetField("FadeIn", Value::boolean(true));
-        table.Update();
-    }
+    set_fields(master,
+               {{"Category", "Rock"}, {"Max Play Day", 9}, {"FadeIn", Value::boolean(true)}});
     db->Data1.Refresh();
     db->CommandClone_Click();
-    const auto file = place("short.mp3", "music/New - One.mp3");
-    fake.dialogs.QueueText(dos(file));
-    db->cmdAdd_Click();
+    add_file(dos(place("short.mp3", "music/New - One.mp3")));
 
     db->Wizard.Form_Load();
     db->Wizard.DBCombo2.Text = "Ballad";
@@ -142,21 +107,80 @@ TEST_F(AddOne, CloneCopiesTheMastersSettingsAndTheWizardOverrulesThem) {
     db->Wiz_File = dos(place("short.mp3", "music/Wiz - Two.mp3"));
     db->cmdAdd_Click();
 
-    Recordset all = rows();
-    all.MoveNext();
-    EXPECT_EQ(all.Fields("Category").text(), "Rock");
-    EXPECT_EQ(all.Fields("Max Play Day").number(), 9);
-    EXPECT_TRUE(all.Fields("FadeIn").truthy());
-    all.MoveNext();
-    EXPECT_EQ(all.Fields("Category").text(), "Always");
-    EXPECT_EQ(all.Fields("Type").text(), "Ballad");
-    EXPECT_EQ(all.Fields("Max Play Day").number(), 1);
-    EXPECT_EQ(all.Fields("Max Month").number(), 20);
-    EXPECT_EQ(all.Fields("Source").text(), "Snipit");
-    EXPECT_NEAR(all.Fields("Min Time Between Plays").number(), 4.0 / 24, 1e-9);
-    EXPECT_NEAR(all.Fields("Valid End Time").number(), TimeSerial(23, 59, 59), 1e-9);
-    EXPECT_TRUE(all.Fields("Valid Sunday").truthy());
-    EXPECT_TRUE(all.Fields("FadeIn").truthy());  // not the wizard's to say
+    EXPECT_EQ(fields_of(2, {"Category", "Max Play Day", "FadeIn"}), "Rock|9|True");
+    // FadeIn is not the wizard's to say.
+    EXPECT_EQ(fields_of(3, {"Category", "Type", "Max Play Day", "Max Month", "Source",
+                            "Min Time Between Plays", "Valid End Time", "Valid Sunday", "FadeIn"}),
+              "Always|Ballad|1|20|Snipit|4:00:00 AM|11:59:59 PM|True|True");
+}
+
+class Wizard : public CatalogueTest {
+  protected:
+    // The folder panel pointed at `folder` and the wizard's window loaded.
+    void open_wizard(const std::string& folder) {
+        db->Mnu_Aut_Add_Click();
+        db->set("Dir1", -1, dos(home() / folder));
+        db->click("SrchGo");
+    }
+};
+
+TEST_F(Wizard, AllModeAddsTheWizardsTypesOnceEach) {
+    place("short.mp2", "in/Clip - One.mpa");
+    place("short.mp2", "in/Movie - Two.mpeg");
+    place("short.mp3", "in/Song - Three.mp3");
+    place("short.mp3", "in/Known - Four.mp3");
+    add_row("Known", dos(home() / "IN/known - FOUR.MP3"));
+    open_wizard("in");
+    answer({Answer::Yes, Answer::No});  // all new selections, no other folder
+    db->Wizard.click("Command1");
+
+    ASSERT_EQ(count(), 3);
+    // Patterns are taken in order: mp3 before mpa.
+    EXPECT_EQ(field(2, "Title").text(), "Song ");
+    EXPECT_EQ(field(3, "Long title").text(), dos(home() / "in/Clip - One.mpa"));
+    EXPECT_TRUE(shown("2 Records were ADDED from this Folder"));
+    EXPECT_TRUE(
+        shown("We have moved you to the last record added.\r\nYou can now edit the cue points for "
+              "these new selections.\r\nMove the database pointer backward (<) and edit until your "
+              "edits are complete."));
+    EXPECT_EQ(db->Wizard.Label1.Caption, "Complete");
+    EXPECT_EQ(db->tab(), 4);
+    EXPECT_EQ(db->Wiz_On, 0);
+    EXPECT_EQ(fake.dialogs.pending(), 0u);
+}
+
+TEST_F(Wizard, CancelAtTheStartAddsNothingAndAtOneFileKeepsWhatWasAdded) {
+    for (const char* name : {"A - 1", "B - 2", "C - 3"})
+        place("short.mp3", std::string("in/") + name + ".mp3");
+    open_wizard("in");
+    answer({Answer::Cancel});
+    db->Wizard.click("Command1");
+    EXPECT_EQ(count(), 0);
+    EXPECT_EQ(texts().back(), "Sorry That You Feel That Way");
+
+    // Ask for each file: A yes, B no, C cancel, the end of the wizard.
+    answer({Answer::No, Answer::Yes, Answer::No, Answer::Cancel});
+    db->Wizard.click("Command1");
+    ASSERT_EQ(count(), 1);
+    EXPECT_EQ(field(1, "Title").text(), "A ");
+    EXPECT_EQ(texts().back(), "Sorry That You Feel That Way");
+    EXPECT_TRUE(db->Wizard.Command1.Visible);
+    EXPECT_EQ(db->Wiz_On, 0);
+    EXPECT_FALSE(shown("1 Records were ADDED from this Folder"));
+}
+
+TEST_F(Wizard, TooSmallLibraryOpensTheWizardFromTheRunCommand) {
+    StationApp app(fake.services);
+    ASSERT_TRUE(app.Sub_Main());
+    app.qx_main.click("mnu_File_Run");
+    const auto& shown = fake.dialogs.shown();
+    ASSERT_GE(shown.size(), 2u);
+    EXPECT_EQ(shown.back().request.text.rfind("Select a DRIVE and Folder to autoload from", 0), 0u);
+    EXPECT_TRUE(app.tavora_db.DFrame.Visible);
+    EXPECT_TRUE(app.tavora_db.Visible);
+    ASSERT_NE(app.form("AdWiz"), nullptr);
+    app.tavora_db.click("SrchGo");
+    EXPECT_TRUE(app.form("AdWiz")->Visible);
 }
 
 }  // namespace

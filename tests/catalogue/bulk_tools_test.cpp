@@ -1,6 +1,8 @@
 #include <fstream>
 
+#include "catalogue/bulk_add.h"
 #include "catalogue_fixture.h"
+#include "offline_station.h"
 #include "platform/file_ops.h"
 
 namespace tavora {
@@ -26,10 +28,7 @@ class BulkTools : public CatalogueTest {
         std::ofstream(home() / "linstall.txt") << "junk\r\n" << dos(dir) << "\r\n\r\n";
     }
 
-    std::string badlinks() {
-        std::ifstream in(home() / "badlinks.txt", std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
+    std::string badlinks() { return audio::test::file_bytes((home() / "badlinks.txt").string()); }
 };
 
 TEST_F(BulkTools, ImportTakesEveryRowAndTwiceDoubles) {
@@ -44,24 +43,19 @@ TEST_F(BulkTools, ImportTakesEveryRowAndTwiceDoubles) {
     drop_import("drop");
     fake.dialogs.Queue(Answer::Yes);
     db->QX_Imp();
-    Recordset all = rows();
-    ASSERT_EQ(all.RecordCount(), 6);
-    all.MoveLast();
-    EXPECT_EQ(all.Fields("Title").text(), "Three");
-    EXPECT_EQ(all.Fields("Max Month").number(), 7);
-    EXPECT_GT(all.Fields("RecID").number(), 3);  // numbered by this library
+    // Numbered by this library.
+    ASSERT_EQ(count(), 6);
+    EXPECT_EQ(fields_of(6, {"Title", "Max Month"}), "Three|7");
 }
 
 TEST_F(BulkTools, RefusedImportKeepsOrDropsTheFilesAsAsked) {
     drop_import("drop");
-    fake.dialogs.Queue(Answer::No);
-    fake.dialogs.Queue(Answer::Yes);  // keep it for later
+    answer({Answer::No, Answer::Yes});  // the second keeps it for later
     db->QX_Imp();
     EXPECT_TRUE(files::Exists(home() / "drop" / "qximp.mdb"));
     EXPECT_TRUE(files::Exists(home() / "linstall.txt"));
 
-    fake.dialogs.Queue(Answer::No);
-    fake.dialogs.Queue(Answer::No);
+    answer({Answer::No, Answer::No});
     db->QX_Imp();
     EXPECT_EQ(count(), 0);
     EXPECT_FALSE(files::Exists(home() / "drop" / "qximp.mdb"));
@@ -77,8 +71,7 @@ TEST_F(BulkTools, DamagedImportFilesChangeNothing) {
     EXPECT_TRUE(fake.dialogs.shown().empty());
 
     // A file that is no library is named and left alone.
-    std::filesystem::create_directories(home() / "drop");
-    std::ofstream(home() / "drop" / "qximp.mdb") << "not a database";
+    fake.folder.Write("drop/qximp.mdb", "not a database");
     std::ofstream(home() / "linstall.txt") << dos(home() / "drop") << "\r\n";
     db->QX_Imp();
     ASSERT_EQ(texts().size(), 1u);
@@ -94,16 +87,14 @@ TEST_F(BulkTools, ValidationWithTheDrivePromptCancelledChecksEveryRow) {
     add_row("Stream", "http://radio/x.mp3", "C");
     add_row("Elsewhere", "q:\\nowhere.mp3", "D");
     db->Data1.Refresh();
-    fake.dialogs.Queue(Answer::Yes);
-    fake.dialogs.Queue(Answer::Cancel);
+    answer({Answer::Yes, Answer::Cancel});
     db->click("ValidFilesBtn");
     EXPECT_EQ(badlinks(),
               "---- Database link Errors ----\r\n For: c:\\tavora\\qx1.mdb\r\n"
               "---\r\nc:\\tavora\\music\\gone.mp3\r\nGone\r\nB\r\n"
               "---\r\nq:\\nowhere.mp3\r\nElsewhere\r\nD\r\n"
               "======\r\nSearched: 4\r\nTotal Errors: 2\r\n");
-    ASSERT_EQ(fake.launcher.opened.size(), 1u);
-    EXPECT_EQ(fake.launcher.opened[0], (home() / "badlinks.txt").string());
+    EXPECT_EQ(fake.launcher.opened, std::vector<std::string>{(home() / "badlinks.txt").string()});
 
     fake.dialogs.Queue(Answer::Yes);
     fake.dialogs.QueueText("Q");
@@ -122,11 +113,9 @@ TEST_F(BulkTools, DriveRepairRewritesEveryPathOnTheLetterInLowerCase) {
     fake.dialogs.Queue(Answer::Yes);
     db->click("CmdRepAll");
 
-    std::vector<std::string> paths;
-    for (Recordset all = rows(); !all.IsEOF(); all.MoveNext())
-        paths.push_back(all.Fields("Long title").text());
-    EXPECT_EQ(paths, (std::vector<std::string>{"g:\\music\\one.mp3", "g:\\two.mp3", "g:XPL",
-                                               "e:\\three.mp3"}));
+    const char* const repaired[] = {"g:\\music\\one.mp3", "g:\\two.mp3", "g:XPL", "e:\\three.mp3"};
+    for (long long id = 1; id <= 4; ++id)
+        EXPECT_EQ(field(id, "Long title").text(), repaired[id - 1]);
     EXPECT_EQ(texts().back(),
               "COMPLETE! Drive (d) has been replaced with drive (G)\r\n3 Records "
               "were replaced");
@@ -134,6 +123,70 @@ TEST_F(BulkTools, DriveRepairRewritesEveryPathOnTheLetterInLowerCase) {
     station.Run_Mode = 1;
     db->click("CmdRepAll");
     EXPECT_EQ(texts().back(), "Sorry, Not available in remote mode");
+}
+
+class BulkAdd : public CatalogueTest {
+  protected:
+    BulkAddReport add(const std::vector<std::filesystem::path>& paths, bool tags) {
+        db->Wizard.Form_Load();
+        BulkAddOptions options;
+        options.tags = tags;
+        options.progress_every = 2;
+        options.say = [this](const std::string& line) { said.push_back(line); };
+        std::vector<std::string> native;
+        for (const auto& path : paths)
+            native.push_back(path.string());
+        return Bulk_Add(*db, fake.paths, native, options);
+    }
+    bool said_about(const std::string& name) const {
+        for (const auto& line : said)
+            if (line.find(name) != std::string::npos) return true;
+        return false;
+    }
+
+    std::vector<std::string> said;
+};
+
+TEST_F(BulkAdd, WalksATreeOnceTakingTagsWhereNamesDontSayInEitherOrder) {
+    place("short.mp3", "tree/Song - Band.mp3");
+    place("tagged.mp3", "tree/sub/track01.mp3");
+    place("short.mp3", "tree/sub/Ünïcode \"quoted\"; name.mp3");
+    place("short.mp2", "tree/sub/deeper/Clip - Maker.mpa");
+    std::ofstream(home() / "tree/sub/notes.txt") << "not music";
+    std::ofstream(home() / "tree/sub/fake - one.mp3") << "not music either";
+    std::ofstream(home() / "tree/cut - short.mp3", std::ios::binary)
+        << std::string("\xff\xfb\x90\x00", 4);
+    std::filesystem::create_directory_symlink(home() / "tree", home() / "tree/sub/loop");
+
+    const BulkAddReport first = add({home() / "tree"}, true);
+    EXPECT_EQ(first.added, 4);
+    EXPECT_EQ(first.passed_over, 4);  // text, two broken files, the link
+    EXPECT_TRUE(said_about("notes.txt"));
+    EXPECT_TRUE(said_about("fake - one.mp3"));
+    EXPECT_TRUE(said_about("loop"));
+    EXPECT_TRUE(said_about("4 added"));
+
+    std::map<std::string, std::string> by_file;
+    for (long long id = 1; id <= 4; ++id) {
+        by_file[field(id, "Long title").text()] = fields_of(id, {"Title", "Artist"});
+        EXPECT_GT(field(id, "Length").number() * 86400, 1.9);
+        EXPECT_EQ(fields_of(id, {"Category", "Valid Wednesday"}), "Always|True");
+    }
+    EXPECT_EQ(by_file[dos(home() / "tree/Song - Band.mp3")], "Song |Band");
+    EXPECT_EQ(by_file[dos(home() / "tree/sub/track01.mp3")], "Tag Title|Tag Artist");
+    // No tags and no dash: the input boxes' defaults.
+    const std::string odd = "Ünïcode \"quoted\"; name";
+    EXPECT_EQ(by_file[dos(home() / ("tree/sub/" + odd + ".mp3"))], odd + "|" + odd);
+    EXPECT_EQ(by_file[dos(home() / "tree/sub/deeper/Clip - Maker.mpa")], "Clip |Maker");
+
+    // A second run finds everything there already but the new file, named artist first.
+    db->set("Combo6", -1, "Artist");
+    place("short.mp3", "tree/Band - Song.mp3");
+    const BulkAddReport again = add({home() / "tree", home() / "missing"}, false);
+    EXPECT_EQ(again.added, 1);
+    EXPECT_EQ(again.duplicates, 4);
+    EXPECT_TRUE(said_about("missing"));
+    EXPECT_EQ(fields_of(5, {"Title", "Artist"}), "Song|Band ");
 }
 
 }  // namespace

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "catalogue/frm_tavora_db.h"
@@ -73,6 +76,46 @@ class CatalogueTest : public ::testing::Test {
         return static_cast<long long>(table.LastModified().number());
     }
 
+    // Writes fields of the row with this RecID behind the form's back.
+    void set_fields(long long recid, std::initializer_list<std::pair<const char*, Value>> fields) {
+        Recordset table = OpenRecordset(db->Data1.Recordset().library(), "Recordings1");
+        table.Requery();
+        ASSERT_TRUE(table.SetBookmark(Value(static_cast<double>(recid))));
+        table.Edit();
+        for (const auto& [name, value] : fields)
+            table.SetField(name, value);
+        ASSERT_TRUE(table.Update());
+    }
+    Value field(long long recid, const char* name) {
+        for (Recordset all = rows(); !all.IsEOF(); all.MoveNext())
+            if (all.Fields("RecID").number() == recid) return all.Fields(name);
+        return {};
+    }
+    // Fields of the row with this RecID as text, joined by "|".
+    std::string fields_of(long long recid, std::initializer_list<const char*> names) {
+        std::string joined;
+        for (const char* name : names)
+            joined += (joined.empty() ? "" : "|") + field(recid, name).text();
+        return joined;
+    }
+    // Data1 on the row with this RecID.
+    void go_to(long long recid) {
+        db->Data1.Refresh();
+        ASSERT_TRUE(db->Data1.Recordset().SetBookmark(Value(static_cast<double>(recid))));
+        db->Data1_Reposition();
+    }
+
+    // Adds a file through the Add button's file dialog.
+    void add_file(const std::string& dos_path) {
+        fake.dialogs.QueueText(dos_path);
+        db->cmdAdd_Click();
+    }
+    // Answers for the next questions, in turn.
+    void answer(std::initializer_list<Answer> answers) {
+        for (Answer one : answers)
+            fake.dialogs.Queue(one);
+    }
+
     // The words of every dialog shown so far.
     std::vector<std::string> texts() const {
         std::vector<std::string> all;
@@ -81,9 +124,8 @@ class CatalogueTest : public ::testing::Test {
         return all;
     }
     bool shown(const std::string& text) const {
-        for (const auto& one : texts())
-            if (one == text) return true;
-        return false;
+        const auto all = texts();
+        return std::find(all.begin(), all.end(), text) != all.end();
     }
 
     FakeServices fake;

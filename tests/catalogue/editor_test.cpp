@@ -1,33 +1,12 @@
 #include "catalogue_fixture.h"
+#include "offline_station.h"
 #include "platform/file_ops.h"
+#include "players/engine_player.h"
 
 namespace tavora {
 namespace {
 
-class Editor : public CatalogueTest {
-  protected:
-    void set_fields(long long recid, std::initializer_list<std::pair<const char*, Value>> fields) {
-        Recordset table = OpenRecordset(db->Data1.Recordset().library(), "Recordings1");
-        table.Requery();
-        ASSERT_TRUE(table.SetBookmark(Value(static_cast<double>(recid))));
-        table.Edit();
-        for (const auto& [name, value] : fields)
-            table.SetField(name, value);
-        ASSERT_TRUE(table.Update());
-    }
-    Value field(long long recid, const char* name) {
-        for (Recordset all = rows(); !all.IsEOF(); all.MoveNext()) {
-            if (all.Fields("RecID").number() == recid) return all.Fields(name);
-        }
-        return {};
-    }
-    // Data1 on the row with this RecID.
-    void go_to(long long recid) {
-        db->Data1.Refresh();
-        ASSERT_TRUE(db->Data1.Recordset().SetBookmark(Value(static_cast<double>(recid))));
-        db->Data1_Reposition();
-    }
-};
+using Editor = CatalogueTest;
 
 TEST_F(Editor, ClearCommandsChainEachCounterToTheNextShorter) {
     const auto counters = {std::pair<const char*, Value>{"RTW", 3},
@@ -40,23 +19,20 @@ TEST_F(Editor, ClearCommandsChainEachCounterToTheNextShorter) {
     const long long a = add_row("A", "c:\\a.mp3");
     set_fields(a, counters);
     // Monthly alone: the month takes the week as it stands.
-    for (Answer answer : {Answer::Yes, Answer::No, Answer::Yes, Answer::No, Answer::No})
-        fake.dialogs.Queue(answer);
+    answer({Answer::Yes, Answer::No, Answer::Yes, Answer::No, Answer::No});
     db->Command8_Click(0);
-    EXPECT_EQ(field(a, "Request This Month").number(), 3);
-    EXPECT_EQ(field(a, "Week2 Requests").number(), 2);
-    EXPECT_EQ(field(a, "Week3 Requests").number(), 0);
-    EXPECT_EQ(field(a, "Request AllTime").number(), 20);
+    EXPECT_EQ(
+        fields_of(a, {"Request This Month", "Week2 Requests", "Week3 Requests", "Request AllTime"}),
+        "3|2|0|20");
     EXPECT_EQ(texts().back(), "Completed!");
 
     // Every counter: each takes a zero down the chain.
     set_fields(a, counters);
-    for (Answer answer : {Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes})
-        fake.dialogs.Queue(answer);
+    answer({Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes});
     db->Command8_Click(0);
-    for (const char* name : {"RTW", "Request This Month", "Request AllTime", "Total Request",
-                             "Week1 Requests", "Week2 Requests"})
-        EXPECT_EQ(field(a, name).number(), 0) << name;
+    EXPECT_EQ(fields_of(a, {"RTW", "Request This Month", "Request AllTime", "Total Request",
+                            "Week1 Requests", "Week2 Requests"}),
+              "0|0|0|0|0|0");
 }
 
 TEST_F(Editor, OpenRequestsClearOrLimitButPlaylistMarksStay) {
@@ -84,43 +60,33 @@ TEST_F(Editor, CloneAndPasteCarryTheSettingsToAnotherRecord) {
     db->click("cmdNext");
     EXPECT_TRUE(db->Command2.Visible);
     db->click("Command2");
-    EXPECT_EQ(field(other, "Category").text(), "Jazz");
-    EXPECT_EQ(field(other, "Max Play Week").number(), 11);
-    EXPECT_TRUE(field(other, "Valid Monday").truthy());
-    EXPECT_EQ(field(other, "Title").text(), "Other");
+    EXPECT_EQ(fields_of(other, {"Category", "Max Play Week", "Valid Monday", "Title"}),
+              "Jazz|11|True|Other");
     db->click("CmdFindClone");
     EXPECT_EQ(db->Data1.Recordset().Fields("RecID").number(), master);
 }
 
 TEST_F(Editor, ConversionsWriteTheKindAndIntrosLeaveTheRotation) {
-    struct Case {
-        const char* button;
-        const char* source;
-        const char* lit;
-        bool intro;
-    };
-    const Case cases[] = {
-        {"CmdDaily", "Timed Promo", "CmdDaily", false},
-        {"CmdSnipit", "Snipit", "CmdSnipit", false},
-        {"CmdTop40", "Top40", "CmdDaily", true},
-        {"CmdTopCountry", "TopAC", "CmdTopCountry", true},
-        {"CmdTopDance", "TopDance", "CmdTopDance", true},
-        {"CmdTopRequest", "TopRequest", "CmdDaily", true},
-    };
-    for (const Case& one : cases) {
-        const long long id = add_row(one.button, "c:\\x.mp3");
+    for (const auto& [button, source, lit, intro] : {
+             std::tuple{"CmdDaily", "Timed Promo", "CmdDaily", false},
+             {"CmdSnipit", "Snipit", "CmdSnipit", false},
+             {"CmdTop40", "Top40", "CmdDaily", true},
+             {"CmdTopCountry", "TopAC", "CmdTopCountry", true},
+             {"CmdTopDance", "TopDance", "CmdTopDance", true},
+             {"CmdTopRequest", "TopRequest", "CmdDaily", true},
+         }) {
+        const long long id = add_row(button, "c:\\x.mp3");
         set_fields(id, {{"T40", 4}, {"C40", 2}, {"Valid Friday", -1}});
         go_to(id);
         fake.dialogs.Queue(Answer::No);
-        db->click(one.button);
-        EXPECT_TRUE(field(id, "Source").is_null()) << one.button;
+        db->click(button);
+        EXPECT_TRUE(field(id, "Source").is_null()) << button;
         EXPECT_EQ(fake.dialogs.shown().back().request.default_button, 2);
         fake.dialogs.Queue(Answer::Yes);
-        db->click(one.button);
-        EXPECT_EQ(field(id, "Source").text(), one.source);
-        EXPECT_EQ(db->find(one.lit)->BackColor, AdWiz::kLit) << one.button;
-        EXPECT_EQ(field(id, "T40").number(), one.intro ? 0 : 4) << one.button;
-        EXPECT_EQ(field(id, "Valid Friday").truthy(), !one.intro) << one.button;
+        db->click(button);
+        EXPECT_EQ(fields_of(id, {"Source", "T40", "Valid Friday"}),
+                  source + std::string(intro ? "|0|False" : "|4|True"));
+        EXPECT_EQ(db->find(lit)->BackColor, AdWiz::kLit) << button;
     }
     db->click("CmdNormal");
     EXPECT_TRUE(db->Data1.Recordset().Fields("Source").is_null());
@@ -164,8 +130,7 @@ TEST_F(Editor, ClearChartsKeepsIntroNumbersAndShowsTheTwoXLine) {
     EXPECT_EQ(db->LabelSpecial.Caption, "2X Play Is Active");
     fake.dialogs.Queue(Answer::Yes);
     db->click("ClrAll", 0);
-    EXPECT_EQ(field(song, "T40").number(), 0);
-    EXPECT_EQ(field(song, "C40").number(), 5);
+    EXPECT_EQ(fields_of(song, {"T40", "C40"}), "0|5");
     EXPECT_EQ(field(intro, "T40").number(), 3);
     EXPECT_EQ(fake.dialogs.shown().back().request.title, "Clear Charts");
 }
@@ -177,12 +142,10 @@ TEST_F(Editor, DeleteRemovesTheFileOnlyOnAnExplicitNo) {
     const long long drop_id = add_row("Dropped", dos(dropped));
     add_row("Third", "c:\\t.mp3");
     go_to(keep_id);
-    fake.dialogs.Queue(Answer::Yes);
-    fake.dialogs.Queue(Answer::Yes);
+    answer({Answer::Yes, Answer::Yes});
     db->click("cmdDelete");
     go_to(drop_id);
-    fake.dialogs.Queue(Answer::Yes);
-    fake.dialogs.Queue(Answer::No);
+    answer({Answer::Yes, Answer::No});
     db->click("cmdDelete");
     EXPECT_EQ(count(), 1);
     EXPECT_TRUE(files::Exists(kept));
@@ -208,6 +171,119 @@ TEST_F(Editor, PresetsAndRandomFlag) {
     EXPECT_EQ(field(id, "Long title").text(), "QXPLRand");
     db->click("BtnRand");
     EXPECT_EQ(field(id, "Long title").text(), "QXPL");
+}
+
+class CueEditor : public CatalogueTest {
+  protected:
+    void SetUp() override {
+        CatalogueTest::SetUp();
+        db->attach_preview(engine_player(engine.engine(), engine.post()));
+    }
+
+    // A record of a generated tone, on the Preview tab with its file open.
+    long long open_tone(const std::string& clip) {
+        const long long id = add_row("Tone", dos(place(clip, "music/" + clip)));
+        set_fields(id, {{"End Pos", -1}, {"Start Pos", 0}});
+        go_to(id);
+        db->show_tab(4);
+        engine.run_events();
+        return id;
+    }
+    double field(const char* name) { return db->Data1.Recordset().Fields(name).number(); }
+    MediaPlayer& preview() { return *db->ActiveMoviePreview; }
+
+    audio::test::OfflineStation engine;
+};
+
+TEST_F(CueEditor, MarksAreFileTimesAndMixOutCountsFromTheEnd) {
+    open_tone("tone30.wav");
+    EXPECT_TRUE(db->APTimer_Enabled());
+    // The opened file fills a missing end.
+    EXPECT_NEAR(field("End Pos"), 30.0, 0.01);
+
+    preview().CurrentPosition(10.0);
+    db->click("SetStart");
+    EXPECT_NEAR(field("Start Pos"), 10.0, 0.01);
+    EXPECT_NEAR(field("Size"), 13.0, 0.01);
+
+    preview().CurrentPosition(25.0);
+    db->click("SetMixOut");
+    EXPECT_NEAR(field("Mix Out"), 5.0, 0.01);
+
+    db->click("TestMixOut");
+    engine.render(audio::kRate);
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kPlaying);
+    EXPECT_NEAR(preview().CurrentPosition(), 26.0, 0.05);
+}
+
+TEST_F(CueEditor, RateChangesPlayButNotTheMarks) {
+    open_tone("tone30.wav");
+    db->set("Slider1", -1, "10");
+    EXPECT_EQ(db->frmPlaybackRate.Caption, "1.5");
+    EXPECT_DOUBLE_EQ(preview().Rate(), 1.5);
+    db->click("TestStart");
+    engine.render(2 * audio::kRate);
+    db->click("SetMixIn");
+    EXPECT_NEAR(field("Size"), 3.0, 0.1);  // two seconds heard, three of the file
+}
+
+TEST_F(CueEditor, TestEndHearsTheLastTwentySecondsOfALongFileOnly) {
+    open_tone("tone15.wav");
+    preview().CurrentPosition(7.0);
+    db->click("TestEnd");
+    EXPECT_NEAR(preview().CurrentPosition(), 7.0, 0.01);
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kPlaying);
+
+    db->show_tab(0);
+    EXPECT_FALSE(db->APTimer_Enabled());
+    open_tone("tone30.wav");
+    db->click("TestEnd");
+    EXPECT_NEAR(preview().CurrentPosition(), 10.0, 0.01);
+}
+
+TEST_F(CueEditor, PreviewFadesFollowTheMarks) {
+    const long long id = open_tone("tone30.wav");
+    Recordset& row = db->Data1.Recordset();
+    ASSERT_EQ(row.Fields("RecID").number(), id);
+    row.Edit();
+    row.SetField("FadeOut", Value::boolean(true));
+    row.SetField("Mix Out", Value(5));
+    row.Update();
+    preview().CurrentPosition(26.0);
+    preview().play();
+    fake.loop.run_for(300);
+    // A straight line to -2000 over the mix-out: -2000 / 15 a tick.
+    EXPECT_EQ(db->txtFields(33).Text, "-134");
+
+    // A mix-out of 0 never starts the fade.
+    row.Edit();
+    row.SetField("Mix Out", Value(0));
+    row.Update();
+    preview().Volume(-1);
+    fake.loop.run_for(300);
+    EXPECT_EQ(db->txtFields(33).Text, "-1");
+}
+
+// A file that fails to open leaves the preview stopped, free for the next row.
+TEST_F(CueEditor, AFileThatFailsToOpenDoesNotHoldUpTheNextRow) {
+    const long long gone = add_row("Gone", dos(home() / "music" / "gone.wav"));
+    const long long tone = add_row("Tone", dos(place("tone15.wav", "music/tone15.wav")));
+    go_to(gone);
+    db->show_tab(4);
+    engine.run_events();
+    EXPECT_EQ(preview().PlayState(), MediaPlayer::kStopped);
+    go_to(tone);
+    engine.run_events();
+    EXPECT_NEAR(preview().Duration(), 15.0, 0.01);
+}
+
+TEST_F(CueEditor, CdAndPlaylistRowsCannotBeEdited) {
+    add_row("Track", "CD12");
+    db->Data1.Refresh();
+    db->show_tab(4);
+    EXPECT_EQ(fake.dialogs.shown().back().request.title, "Edit On CD Not Allowed");
+    EXPECT_EQ(db->tab(), 2);
+    EXPECT_FALSE(db->APTimer_Enabled());
 }
 
 }  // namespace

@@ -29,9 +29,6 @@ class BankTest : public ::testing::Test, public BankRig {
     }
     void SetUp() override { ASSERT_EQ(setup_error, ""); }
 
-    void add_rows(const std::filesystem::path& file, int rows) {
-        ASSERT_TRUE(test::add_rows(pool, file, rows));
-    }
     // Runs until the first set plays.
     void start_set() {
         run();

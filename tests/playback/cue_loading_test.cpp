@@ -46,8 +46,7 @@ TEST_F(CueLoading, AMissingFileIsLoggedAndReplaced) {
 
 TEST_F(CueLoading, DurationFixWritesTheLengthThePlayerFound) {
     selection.songs[0].end = 999;  // beyond the file
-    run();
-    ASSERT_TRUE(wait_until([&] { return station.Slot_Ready[1] == 3; }, 10));
+    start_set();
     EXPECT_NEAR(station.Slot_End[1], 150, 0.1);
     EXPECT_NEAR(playback->Players(1).SelectionEnd(), 150, 0.1);
 

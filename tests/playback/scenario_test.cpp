@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 
+#include "audio/air_meter.h"
+#include "audio/format.h"
 #include "bank_fixture.h"
 #include "players/engine_player.h"
 #include "players/offline_drive.h"
@@ -49,7 +50,7 @@ TEST_F(Scenario, AWholeDayUnattended) {
 TEST_F(Scenario, RunRefusesFiftyRowsAndRunsWithFiftyOne) {
     const auto small = fake.home() / "small.mdb";
     ASSERT_EQ(create_library_file(small, start_date()), "");
-    add_rows(small, 50);
+    ASSERT_TRUE(add_rows(pool, small, 50));
     data1.DatabaseName = small.string();
     int wizard = 0;
     make_probe();
@@ -63,7 +64,7 @@ TEST_F(Scenario, RunRefusesFiftyRowsAndRunsWithFiftyOne) {
     EXPECT_EQ(wizard, 1);
     EXPECT_TRUE(air.commits.empty());
 
-    add_rows(small, 1);
+    ASSERT_TRUE(add_rows(pool, small, 1));
     playback->Run();
     EXPECT_EQ(air.commits.size(), 6u);
     EXPECT_EQ(station.Load_Busy, 1);
@@ -83,9 +84,7 @@ TEST_F(Scenario, TheRunStopsWithItsMessageWhenNoFileExistsOrSelectionFindsNothin
     EXPECT_EQ(air.stops, std::vector<std::string>{Playback::kNothingPlayable});
     EXPECT_EQ(main.Panel(3).Text, Playback::kNothingPlayable);
     EXPECT_FALSE(playback->TimerViewer().Enabled());
-    const std::string log = log_text();
-    EXPECT_NE(log.find("ERROR FILE NOT FOUND >> "), std::string::npos);
-    EXPECT_NE(log.find(Playback::kNothingPlayable), std::string::npos);
+    EXPECT_NE(log_text().find(Playback::kNothingPlayable), std::string::npos);
     wait(60);
     EXPECT_TRUE(air.changes.empty()) << "nothing played";
 
@@ -120,32 +119,20 @@ TEST_F(Scenario, AStoppedRunWritesNoLogLineWhileTheLogIsOff) {
     EXPECT_EQ(station.Log_Due, 2);
 }
 
-// Silent stretches of the rendered mix, in frames, once the music began.
-class SilenceMeter {
-  public:
-    void take(const float* frames, std::size_t count) {
-        for (std::size_t i = 0; i < count; ++i) {
-            const bool quiet =
-                std::abs(frames[2 * i]) < 1e-4f && std::abs(frames[2 * i + 1]) < 1e-4f;
-            if (!quiet) heard_ = true;
-            run_ = quiet && heard_ ? run_ + 1 : 0;
-            longest_ = std::max(longest_, run_);
-        }
-    }
-    std::size_t longest() const { return longest_; }
-
-  private:
-    bool heard_ = false;
-    std::size_t run_ = 0;
-    std::size_t longest_ = 0;
-};
-
 TEST_F(Scenario, ASetAirsThroughTheOfflineEngineWithoutASilentFrame) {
     audio::Post post = [this](std::function<void()> f) { fake.loop.post(std::move(f)); };
     audio::Engine engine(audio::OutputKind::Offline, post);
-    SilenceMeter meter;
-    ASSERT_TRUE(engine.add_tap(
-        [&meter](const float* frames, std::size_t count) { meter.take(frames, count); }));
+    // The air's own meter, a frame at a time: a sample under 1e-4 is quiet.
+    audio::AirMeter meter(-80);
+    std::int64_t mixed = 0;
+    double longest = 0;  // of the quiet stretches once the music began
+    ASSERT_TRUE(engine.add_tap([&](const float* frames, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) {
+            meter.feed(frames + i * audio::kChannels, 1);
+            const double quiet = meter.quiet_seconds();
+            if (quiet < audio::seconds_of_frames(++mixed)) longest = std::max(longest, quiet);
+        }
+    }));
     OfflineDrive drive(fake.clock, engine);
     selection.songs = {{"tone6.wav"}};
     make(engine_players(engine, post, probe_players(fake.clock, fake.loop)));
@@ -159,7 +146,7 @@ TEST_F(Scenario, ASetAirsThroughTheOfflineEngineWithoutASilentFrame) {
     EXPECT_GT(drive.frames_rendered(), 48'000 * 30) << "real audio mixed all along";
     // A sine crosses zero, but never for more than a few frames; a gap
     // between songs would last whole ticks.
-    EXPECT_LT(meter.longest(), 48u) << "the six songs overlap at each mix";
+    EXPECT_LT(longest, 0.001) << "the six songs overlap at each mix";
 }
 
 }  // namespace

@@ -117,9 +117,8 @@ class AirLog : public PlaybackObserver {
                 gaps.emplace_back(quiet_since, c.at - quiet_since);
             if (count == 0) quiet_since = c.at;
         }
-        if (count == 0 && quiet_since >= 0 && until > quiet_since) {
+        if (count == 0 && quiet_since >= 0 && until > quiet_since)
             gaps.emplace_back(quiet_since, until - quiet_since);
-        }
         return gaps;
     }
 

@@ -18,7 +18,7 @@ TEST(JetSql, LikePatternsUseSqliteWildcards) {
               "SELECT * from R where [A] LIKE 'it''s%'");
 }
 
-TEST(JetSql, NullComparisonsBecomeTests) {
+TEST(JetSql, NullComparisonsAndLiteralsTakeSqliteForms) {
     EXPECT_EQ(translate_jet_sql("SELECT * from R where R.[Source] = null ORDER BY R.[T40]DESC").sql,
               "SELECT * from R where R.[Source] IS NULL ORDER BY R.[T40]DESC");
     EXPECT_EQ(translate_jet_sql("SELECT * from R where ([Source] <> Null and [X]=1)").sql,
@@ -26,9 +26,6 @@ TEST(JetSql, NullComparisonsBecomeTests) {
     // Only the word null, not a name that starts with it.
     EXPECT_EQ(translate_jet_sql("SELECT * from R where [A] = nullable").sql,
               "SELECT * from R where [A] = nullable");
-}
-
-TEST(JetSql, LiteralsTakeSqliteForms) {
     EXPECT_EQ(translate_jet_sql("SELECT * from R where [Power] = True and [Run Now] = false").sql,
               "SELECT * from R where [Power] = -1 and [Run Now] = 0");
     EXPECT_EQ(translate_jet_sql("SELECT * from R where [Name] = \"Al's\"").sql,

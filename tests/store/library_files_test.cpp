@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <tuple>
 
 #include "store/connection.h"
 #include "store/schema.h"
@@ -68,9 +69,8 @@ TEST_F(StoreTest, ANewSettingsFileStartsTheRollOverToday) {
     ASSERT_EQ(setup.RecordCount(), 1);
     EXPECT_EQ(setup.Fields("Active Database").text(), "c:\\tavora\\qx1.mdb");
     EXPECT_TRUE(setup.Fields("Time For New Day").same(Value::date(TimeSerial(6, 0, 0))));
-    for (const char* field : {"Current Day", "Current Week", "Current Month"}) {
+    for (const char* field : {"Current Day", "Current Week", "Current Month"})
         EXPECT_TRUE(setup.Fields(field).same(Value::date(kToday))) << field;
-    }
     EXPECT_TRUE(setup.Fields("Use Schedule").same(Value::boolean(false)));
     EXPECT_EQ(OpenRecordset(settings.library, "DriveLookup").RecordCount(), 0);
     // Neither kind passes for the other.
@@ -79,32 +79,26 @@ TEST_F(StoreTest, ANewSettingsFileStartsTheRollOverToday) {
 }
 
 TEST_F(StoreTest, CreationNeverOverwritesAFile) {
-    Recordset rows = OpenRecordset(library_, "Recordings1");
-    ASSERT_TRUE(rows.AddNew());
-    ASSERT_TRUE(rows.Update());
+    add_recording({});
     EXPECT_NE(create_library_file(library_path_, kToday), "");
     EXPECT_NE(create_settings_file(library_path_, kToday), "");
     EXPECT_EQ(OpenRecordset(library_, "Recordings1").RecordCount(), 1);
 }
 
 TEST_F(StoreTest, FilesThatAreNoLibraryFailToOpenAndStayUntouched) {
-    const auto text_path = folder_ / "notes.mdb";
-    std::ofstream(text_path) << "this is a text file, not a library\n";
-    const Library::Opened text = Library::open(text_path, FileKind::Library);
-    EXPECT_EQ(text.library, nullptr);
-    EXPECT_THAT(text.error, ::testing::HasSubstr("not a database"));
-    EXPECT_EQ(file_text(text_path), "this is a text file, not a library\n");
-
+    for (const auto& [name, text, error] :
+         {std::tuple{"notes.mdb", "this is a text file, not a library\n", "not a database"},
+          {"empty.mdb", "", "Recordings1"}}) {
+        const auto path = folder_ / name;
+        std::ofstream(path) << text;
+        const Library::Opened opened = Library::open(path, FileKind::Library);
+        EXPECT_EQ(opened.library, nullptr);
+        EXPECT_THAT(opened.error, ::testing::HasSubstr(error));
+        EXPECT_EQ(file_text(path), text) << name;
+    }
     const auto missing = folder_ / "missing.mdb";
     EXPECT_EQ(Library::open(missing, FileKind::Library).library, nullptr);
     EXPECT_FALSE(std::filesystem::exists(missing));
-
-    const auto empty = folder_ / "empty.mdb";
-    std::ofstream(empty).close();
-    const Library::Opened no_tables = Library::open(empty, FileKind::Library);
-    EXPECT_EQ(no_tables.library, nullptr);
-    EXPECT_THAT(no_tables.error, ::testing::HasSubstr("Recordings1"));
-    EXPECT_EQ(std::filesystem::file_size(empty), 0u);
 
     library_->connection().exec("PRAGMA user_version = 99");
     const Library::Opened newer = Library::open(library_path_, FileKind::Library);

@@ -11,16 +11,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class RecordsetTest : public StoreTest {
-  protected:
-    void SetUp() override {
-        StoreTest::SetUp();
-        if (HasFatalFailure()) return;
-        for (const char* title : {"d", "b", "e", "a", "c"}) {
-            add_recording({{"Title", title}, {"Schedule Select", 1}});
-        }
-    }
-};
+using RecordsetTest = TitledRowsTest;
 
 TEST_F(RecordsetTest, MovesCountAndPositions) {
     Recordset rows = OpenRecordset(library_, "Title Sort");
@@ -67,27 +58,26 @@ TEST_F(RecordsetTest, AnyRowReadsWithoutMoving) {
     EXPECT_EQ(rows.AbsolutePosition(), 1);
     EXPECT_TRUE(rows.is_editing());
 
-    Recordset counts = OpenRecordset(library_, "SELECT Title FROM Recordings1 ORDER BY Title");
-    EXPECT_EQ(counts.FieldAt(2, 0).text(), "c");
-    EXPECT_EQ(counts.AbsolutePosition(), 0);
+    // A result that is not one table's rows reads the same way, but is read-only.
+    Recordset titles = OpenRecordset(library_, "SELECT Title FROM Recordings1 ORDER BY Title");
+    EXPECT_EQ(titles.FieldAt(2, 0).text(), "c");
+    EXPECT_EQ(titles.AbsolutePosition(), 0);
+    EXPECT_FALSE(titles.Edit());
 }
 
-TEST_F(StoreTest, AnEmptySourceIsAtBothEnds) {
+TEST_F(StoreTest, AnEmptySourceIsAtBothEndsAndAnUnknownOneFails) {
     Recordset rows = OpenRecordset(library_, "SRequest");
     EXPECT_EQ(rows.error(), "");
     EXPECT_EQ(rows.RecordCount(), 0);
     EXPECT_TRUE(rows.IsEOF());
     EXPECT_TRUE(rows.IsBOF());
     EXPECT_FALSE(rows.Edit());
-}
-
-TEST_F(StoreTest, AnUnknownSourceFailsAndLeavesNoRows) {
-    Recordset rows = OpenRecordset(library_, "No Such Query");
-    EXPECT_NE(rows.error(), "");
-    EXPECT_EQ(rows.RecordCount(), 0);
-    Recordset bad = OpenRecordset(library_, "SELECT * FROM Recordings1 WHERE [No Column] > 0");
-    EXPECT_NE(bad.error(), "");
-    EXPECT_TRUE(bad.IsEOF());
+    for (const char* bad : {"No Such Query", "SELECT * FROM Recordings1 WHERE [No Column] > 0"}) {
+        Recordset none = OpenRecordset(library_, bad);
+        EXPECT_NE(none.error(), "") << bad;
+        EXPECT_EQ(none.RecordCount(), 0);
+        EXPECT_TRUE(none.IsEOF());
+    }
 }
 
 TEST_F(RecordsetTest, AnUpdateIsSeenByAnotherRecordsetAfterRefresh) {
@@ -108,12 +98,11 @@ TEST_F(RecordsetTest, AnUpdateIsSeenByAnotherRecordsetAfterRefresh) {
         EXPECT_NE(reader.Fields("Title").text(), "cc");
 
     // Written to the file at once: a new connection sees it.
-    auto other = open_library(library_path_);
-    Recordset fresh = OpenRecordset(other, "SELECT * from Recordings1 where [Title] = 'cc'");
-    EXPECT_EQ(fresh.RecordCount(), 1);
+    EXPECT_THAT(ids("SELECT * from Recordings1 where [Title] = 'cc'", open_library(library_path_)),
+                ElementsAre(5));
 }
 
-TEST_F(RecordsetTest, AWalkThatWritesEveryRowKeepsItsPlace) {
+TEST_F(RecordsetTest, AWalkThatWritesEveryRowKeepsItsPlaceAndARollbackLeavesNoTrace) {
     Recordset rows = OpenRecordset(library_, "Recordings1");
     int seen = 0;
     {
@@ -132,12 +121,9 @@ TEST_F(RecordsetTest, AWalkThatWritesEveryRowKeepsItsPlace) {
     EXPECT_EQ(
         library_->connection().scalar("SELECT sum([How Many Today]) FROM Recordings1").number(),
         10);
-}
-
-TEST_F(RecordsetTest, ARolledBackWalkLeavesNoTrace) {
-    Recordset rows = OpenRecordset(library_, "Recordings1");
+    rows.MoveFirst();
     {
-        Transaction batch = library_->transaction();
+        Transaction undone = library_->transaction();
         ASSERT_TRUE(rows.Edit());
         ASSERT_TRUE(rows.SetField("Sel", 9));
         ASSERT_TRUE(rows.Update());
@@ -150,11 +136,7 @@ TEST_F(RecordsetTest, RefreshRunsAgainOnlyWhenTheLibraryChanged) {
     library_->set_outside_check_interval(std::chrono::hours(1));
     Recordset rows = OpenRecordset(library_, "NormSel");
     // A row added by another program is not looked for yet...
-    auto other = open_library(library_path_);
-    Recordset outside = OpenRecordset(other, "Recordings1");
-    ASSERT_TRUE(outside.AddNew());
-    ASSERT_TRUE(outside.SetField("Schedule Select", 1));
-    ASSERT_TRUE(outside.Update());
+    add_recording({{"Schedule Select", 1}}, open_library(library_path_));
     rows.MoveLast();
     ASSERT_TRUE(rows.Refresh());
     EXPECT_EQ(rows.AbsolutePosition(), 0);
@@ -180,8 +162,7 @@ TEST_F(RecordsetTest, AddNewKeepsThePlaceAndNamesTheNewRow) {
     EXPECT_EQ(rows.Fields("Title").text(), "new");
     // Defaults of the file apply to fields left alone.
     EXPECT_EQ(rows.Fields("Total Request").number(), 0);
-    EXPECT_EQ(rows.Fields("FadeIn").kind(), Value::Kind::Boolean);
-    EXPECT_FALSE(rows.Fields("FadeIn").truthy());
+    EXPECT_TRUE(rows.Fields("FadeIn").same(Value::boolean(false)));
 }
 
 TEST_F(RecordsetTest, DeleteThenMoveNextReachesTheFollowingRow) {
@@ -195,7 +176,7 @@ TEST_F(RecordsetTest, DeleteThenMoveNextReachesTheFollowingRow) {
     EXPECT_THAT(ids("Title Sort"), ElementsAre(4, 5, 1, 3));
 }
 
-TEST_F(RecordsetTest, ValuesAreConvertedToTheFieldType) {
+TEST_F(RecordsetTest, ValuesAreConvertedToTheFieldTypeAndEmptyTextIsNoNull) {
     Recordset rows = OpenRecordset(library_, "Recordings1");
     ASSERT_TRUE(rows.Edit());
     EXPECT_FALSE(rows.SetField("Last Played", "not a date"));
@@ -206,37 +187,16 @@ TEST_F(RecordsetTest, ValuesAreConvertedToTheFieldType) {
     ASSERT_TRUE(rows.SetField("Min Time Between Plays", "04:00"));
     ASSERT_TRUE(rows.SetField("Valid Monday", -1));
     ASSERT_TRUE(rows.SetField("Format", 3));
+    ASSERT_TRUE(rows.SetField("Source", ""));
     ASSERT_TRUE(rows.Update());
     rows.Requery();
     EXPECT_TRUE(rows.Fields("Sel").same(Value(12)));
     EXPECT_TRUE(rows.Fields("Min Time Between Plays").same(Value::date(TimeSerial(4, 0, 0))));
     EXPECT_TRUE(rows.Fields("Valid Monday").same(Value::boolean(true)));
     EXPECT_TRUE(rows.Fields("Format").same(Value("3")));
-}
-
-TEST_F(RecordsetTest, NullAndEmptyTextStayApart) {
-    Recordset rows = OpenRecordset(library_, "Recordings1");
-    ASSERT_TRUE(rows.Edit());
-    ASSERT_TRUE(rows.SetField("Source", ""));
-    ASSERT_TRUE(rows.Update());
+    EXPECT_TRUE(rows.Fields("Source").same(Value("")));
     rows.MoveNext();
     EXPECT_TRUE(rows.Fields("Source").is_null());
-    rows.Requery();
-    EXPECT_EQ(rows.Fields("Source").kind(), Value::Kind::Text);
-    EXPECT_EQ(rows.Fields("Source").text(), "");
-    EXPECT_EQ(library_->connection()
-                  .scalar("SELECT count(*) FROM Recordings1 WHERE Source IS NULL")
-                  .number(),
-              4);
-}
-
-TEST_F(RecordsetTest, AComputedResultIsReadOnly) {
-    Recordset counts = OpenRecordset(
-        library_, "SELECT [Schedule Select], count(*) AS n FROM Recordings1 GROUP BY 1");
-    ASSERT_EQ(counts.error(), "");
-    EXPECT_EQ(counts.RecordCount(), 1);
-    EXPECT_EQ(counts.Fields("n").number(), 5);
-    EXPECT_FALSE(counts.Edit());
 }
 
 TEST_F(RecordsetTest, ARowCopiesByOrdinalIntoAnotherLibrary) {

@@ -6,15 +6,8 @@
 namespace tavora {
 namespace {
 
-class RefreshTest : public StoreTest {
+class RefreshTest : public TitledRowsTest {
   protected:
-    void SetUp() override {
-        StoreTest::SetUp();
-        if (HasFatalFailure()) return;
-        for (const char* title : {"d", "b", "e", "a", "c"})
-            add_recording({{"Title", title}, {"Schedule Select", 1}});
-    }
-
     // A row the library isn't told of: only a source that runs again finds it.
     void add_unnoticed_row() {
         ASSERT_TRUE(library_->connection().exec(
@@ -75,11 +68,7 @@ TEST_F(RefreshTest, ADataControlTakesASourceUpAgainWithTheWritesSince) {
     EXPECT_EQ(data.Recordset().RecordCount(), 4);
 
     // Another program's row is found on the way back, whatever the interval.
-    auto outside = open_library(library_path_);
-    Recordset table = OpenRecordset(outside, "Recordings1");
-    ASSERT_TRUE(table.AddNew());
-    ASSERT_TRUE(table.SetField("Schedule Select", 1));
-    ASSERT_TRUE(table.Update());
+    add_recording({{"Schedule Select", 1}}, open_library(library_path_));
     data.Recordset().library()->set_outside_check_interval(std::chrono::hours(1));
     data.RecordSource = "Title Sort";
     ASSERT_TRUE(data.Refresh());

@@ -15,102 +15,45 @@ using ::testing::UnorderedElementsAre;
 
 // Six rows chosen so that every stored query has a distinct answer: mixed
 // case in titles and categories, Null beside empty Source, ties broken by
-// the second sort key.
+// the second sort key. Each column lists its value for RecIDs 1 to 6.
 class StoredQueryTest : public StoreTest {
   protected:
     void SetUp() override {
         StoreTest::SetUp();
         if (HasFatalFailure()) return;
-        add_recording({{"Title", "Echo"},
-                       {"Artist", "Mann"},
-                       {"Category", "Pop"},
-                       {"Long title", "d:\\m\\echo.mp3"},
-                       {"Sel", 0},
-                       {"Total Request", 5},
-                       {"Schedule Select", 1},
-                       {"Request This Month", 2},
-                       {"Request AllTime", 10},
-                       {"CreationDate", Value::date(45000)},
-                       {"Last Played", Value::date(45010)},
-                       {"Max Play Day", 1},
-                       {"Max Play Week", 5},
-                       {"Max Month", 20}});
-        add_recording({{"Title", "alpha"},
-                       {"Artist", "adams"},
-                       {"Category", "Rock"},
-                       {"Speed", "Dance"},
-                       {"Long title", "d:\\m\\alpha.mp3"},
-                       {"Sel", 3},
-                       {"Total Request", 1},
-                       {"Schedule Select", 0},
-                       {"Source", ""},
-                       {"T40", 2},
-                       {"Request AllTime", 3},
-                       {"Format", "cd2"},
-                       {"CreationDate", Value::date(45005)},
-                       {"Last Played", Value::date(45001)},
-                       {"Max Play Day", 2},
-                       {"Max Play Week", 5},
-                       {"Max Month", 20}});
-        add_recording({{"Title", "delta"},
-                       {"Artist", "Mann"},
-                       {"Category", "Country"},
-                       {"Type", "Xmas"},
-                       {"Long title", "QXPLRand Mix"},
-                       {"Sel", 1},
-                       {"Total Request", 9},
-                       {"Schedule Select", 2},
-                       {"Source", "Timed Promo"},
-                       {"C40", 1},
-                       {"Request This Month", 5},
-                       {"Request AllTime", 5},
-                       {"Format", "1CD"},
-                       {"CreationDate", Value::date(45002)},
-                       {"Max Play Day", 1},
-                       {"Max Play Week", 3},
-                       {"Max Month", 20}});
-        add_recording({{"Title", "Bravo"},
-                       {"Artist", "Baker"},
-                       {"Category", "am gold"},
-                       {"Speed", "dancehall"},
-                       {"Type", "Holiday"},
-                       {"Long title", "qxp lower"},
-                       {"Total Request", 0},
-                       {"Schedule Select", 1},
-                       {"T40", 1},
-                       {"D40", 4},
-                       {"Format", "CD4"},
-                       {"CreationDate", Value::date(45001)},
-                       {"Last Played", Value::date(45000)},
-                       {"Max Play Day", 1},
-                       {"Max Play Week", 5},
-                       {"Max Month", 10}});
-        add_recording({{"Title", "foxtrot"},
-                       {"Artist", "Cole"},
-                       {"Type", "POP rock"},
-                       {"Long title", "d:\\m\\fox.mp3"},
-                       {"Total Request", 5},
-                       {"Schedule Select", 0},
-                       {"Source", "Top40"},
-                       {"T40", 3},
-                       {"CreationDate", Value::date(45009)},
-                       {"Last Played", Value::date(45003)},
-                       {"Max Play Day", 3},
-                       {"Max Play Week", 1},
-                       {"Max Month", 1}});
-        add_recording({{"Title", "Charlie"},
-                       {"Artist", "Baker"},
-                       {"Long title", "D:\\m\\charlie.mp3"},
-                       {"Sel", 2},
-                       {"Total Request", 2},
-                       {"Schedule Select", 1},
-                       {"AM40", 7},
-                       {"Request This Month", 1},
-                       {"Request AllTime", 10},
-                       {"Last Played", Value::date(45002)},
-                       {"Max Play Day", 0},
-                       {"Max Play Week", 0},
-                       {"Max Month", 0}});
+        const Value no;  // left at the file's default
+        const std::pair<const char*, std::vector<Value>> columns[] = {
+            {"Title", {"Echo", "alpha", "delta", "Bravo", "foxtrot", "Charlie"}},
+            {"Artist", {"Mann", "adams", "Mann", "Baker", "Cole", "Baker"}},
+            {"Category", {"Pop", "Rock", "Country", "am gold", no, no}},
+            {"Speed", {no, "Dance", no, "dancehall", no, no}},
+            {"Type", {no, no, "Xmas", "Holiday", "POP rock", no}},
+            {"Long title",
+             {"d:\\m\\echo.mp3", "d:\\m\\alpha.mp3", "QXPLRand Mix", "qxp lower", "d:\\m\\fox.mp3",
+              "D:\\m\\charlie.mp3"}},
+            {"Sel", {0, 3, 1, no, no, 2}},
+            {"Total Request", {5, 1, 9, 0, 5, 2}},
+            {"Schedule Select", {1, 0, 2, 1, 0, 1}},
+            {"Source", {no, "", "Timed Promo", no, "Top40", no}},
+            {"T40", {no, 2, no, 1, 3, no}},
+            {"C40", {no, no, 1, no, no, no}},
+            {"D40", {no, no, no, 4, no, no}},
+            {"AM40", {no, no, no, no, no, 7}},
+            {"Request This Month", {2, no, 5, no, no, 1}},
+            {"Request AllTime", {10, 3, 5, no, no, 10}},
+            {"Format", {no, "cd2", "1CD", "CD4", no, no}},
+            {"CreationDate", {45000, 45005, 45002, 45001, 45009, no}},
+            {"Last Played", {45010, 45001, no, 45000, 45003, 45002}},
+            {"Max Play Day", {1, 2, 1, 1, 3, 0}},
+            {"Max Play Week", {5, 5, 3, 5, 1, 0}},
+            {"Max Month", {20, 20, 20, 10, 1, 0}},
+        };
+        for (std::size_t row = 0; row < 6; ++row) {
+            Fields fields;
+            for (const auto& [name, values] : columns)
+                if (!values[row].is_null()) fields.emplace_back(name, values[row]);
+            add_recording(fields);
+        }
     }
 };
 
@@ -214,13 +157,10 @@ TEST_F(StoredQueryTest, CalcReqBeforeTheFifthPutsAllTimeRequestsFirst) {
 
 TEST_F(StoreTest, MakeQrysReplacesAChangedTextAndRestoresADroppedOne) {
     Connection& connection = library_->connection();
-    Statement change = connection.prepare(
-        "UPDATE \"Stored Queries\" SET \"SQL\" = 'SELECT * from Recordings1' WHERE Name = ?");
-    change.bind_text(1, "Title Sort");
-    ASSERT_EQ(change.step(), Statement::Step::Done);
-    Statement drop = connection.prepare("DELETE FROM \"Stored Queries\" WHERE Name = ?");
-    drop.bind_text(1, "NormSel");
-    ASSERT_EQ(drop.step(), Statement::Step::Done);
+    ASSERT_TRUE(
+        connection.exec("UPDATE \"Stored Queries\" SET \"SQL\" = 'SELECT * from Recordings1' "
+                        "WHERE Name = 'Title Sort'"));
+    ASSERT_TRUE(connection.exec("DELETE FROM \"Stored Queries\" WHERE Name = 'NormSel'"));
     ASSERT_FALSE(library_->stored_query_text("NormSel"));
 
     Make_Qrys(*library_, kToday, {});
