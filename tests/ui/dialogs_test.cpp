@@ -47,25 +47,24 @@ struct Desk {
 
 void DialogsTest::messageBoxShowsItsWordsAndTheCloseBoxAnswers() {
     Desk d;
-    QString title, text, default_text;
-    QStringList buttons;
+    QStringList seen;  // the title, the text, the buttons, the default
     WhenShown<QMessageBox>([&](QMessageBox& box) {
-        title = box.windowTitle();
-        text = box.text();
+        QStringList buttons;
         for (QAbstractButton* button : box.buttons())
             buttons << button->text().remove('&');
-        default_text = box.defaultButton()->text().remove('&');
+        buttons.sort();
+        seen << box.windowTitle() << box.text() << buttons.join(",")
+             << box.defaultButton()->text().remove('&');
         box.button(QMessageBox::Ok)->click();
     });
     const Answer answer = d.dialogs.MsgBox(
         "This Will PAUSE the Wave Players! Are You Sure you want to do this?", Buttons::OKCancel,
         "I Hate It When The Music Stops WARNING", Icon::Exclamation, 2);
     QCOMPARE(answer, Answer::OK);
-    QCOMPARE(title, QString("I Hate It When The Music Stops WARNING"));
-    QCOMPARE(text, QString("This Will PAUSE the Wave Players! Are You Sure you want to do this?"));
-    buttons.sort();
-    QCOMPARE(buttons, QStringList({"Cancel", "OK"}));
-    QCOMPARE(default_text, QString("Cancel"));
+    QCOMPARE(seen,
+             QStringList({"I Hate It When The Music Stops WARNING",
+                          "This Will PAUSE the Wave Players! Are You Sure you want to do this?",
+                          "Cancel,OK", "Cancel"}));
 
     // The close box is Cancel, or without a Cancel the default button.
     WhenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
@@ -77,6 +76,7 @@ void DialogsTest::messageBoxShowsItsWordsAndTheCloseBoxAnswers() {
     QCOMPARE(d.dialogs.MsgBox("Retry?", Buttons::AbortRetryIgnore, "", Icon::None, 2),
              Answer::Retry);
     // No title: the station's name.
+    QString title;
     WhenShown<QMessageBox>([&title](QMessageBox& box) {
         title = box.windowTitle();
         box.close();
@@ -87,19 +87,17 @@ void DialogsTest::messageBoxShowsItsWordsAndTheCloseBoxAnswers() {
 
 void DialogsTest::inputBoxGivesTextOrEmpty() {
     Desk d;
-    QString shown_default, label;
+    QStringList seen;  // the default and the prompt
     WhenShown<QInputDialog>([&](QInputDialog& box) {
-        shown_default = box.textValue();
-        label = box.labelText();
+        seen << box.textValue() << box.labelText();
         box.setTextValue("c:\\tavora\\other.mdb");
         box.accept();
     });
-    const std::string typed = d.dialogs.InputBox(
-        "Enter the EXACT path and file name of your database Ex(c:\\tavora\\qx1.mdb): ",
-        "TQXMS DATABASE MISSING!!!", "c:\\tavora\\qx1.mdb");
-    QCOMPARE(typed, std::string("c:\\tavora\\other.mdb"));
-    QCOMPARE(shown_default, QString("c:\\tavora\\qx1.mdb"));
-    QVERIFY(label.startsWith("Enter the EXACT path"));
+    const std::string prompt =
+        "Enter the EXACT path and file name of your database Ex(c:\\tavora\\qx1.mdb): ";
+    QCOMPARE(d.dialogs.InputBox(prompt, "TQXMS DATABASE MISSING!!!", "c:\\tavora\\qx1.mdb"),
+             std::string("c:\\tavora\\other.mdb"));
+    QCOMPARE(seen, QStringList({"c:\\tavora\\qx1.mdb", QString::fromStdString(prompt)}));
 
     WhenShown<QInputDialog>([](QInputDialog& box) { box.close(); });
     QCOMPARE(d.dialogs.InputBox("Name?", "", "kept"), std::string());
@@ -108,18 +106,15 @@ void DialogsTest::inputBoxGivesTextOrEmpty() {
 void DialogsTest::fileDialogHandsBackTheStoredForm() {
     Desk d;
     d.folder.Write("tavora/qxl1124.log");
-    QString shown_folder, filters;
+    QStringList seen;  // the folder and the filters
     WhenShown<QFileDialog>([&](QFileDialog& box) {
-        shown_folder = box.directory().absolutePath();
-        filters = box.nameFilters().join(";;");
+        seen << box.directory().absolutePath() << box.nameFilters().join(";;");
         box.selectFile(QString::fromStdString((d.home / "qxl1124.log").string()));
         QMetaObject::invokeMethod(&box, "accept");
     });
-    const std::string chosen =
-        d.dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora");
-    QCOMPARE(chosen, std::string("c:\\tavora\\qxl1124.log"));
-    QCOMPARE(shown_folder, QString::fromStdString(d.home.string()));
-    QCOMPARE(filters, QString("TQX Log Files (*.log)"));
+    QCOMPARE(d.dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora"),
+             std::string("c:\\tavora\\qxl1124.log"));
+    QCOMPARE(seen, QStringList({QString::fromStdString(d.home.string()), "TQX Log Files (*.log)"}));
 
     WhenShown<QFileDialog>([](QFileDialog& box) { box.reject(); });
     QCOMPARE(d.dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora"),
