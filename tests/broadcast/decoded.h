@@ -18,16 +18,30 @@ struct Decoded {
     double rms = 0;      // over every sample of every channel
 };
 
+// One sample of a float or 16-bit frame, planar or packed, as a float.
+inline double sample_of(const AVFrame& frame, int channel, int i) {
+    const auto format = static_cast<AVSampleFormat>(frame.format);
+    const bool planar = av_sample_fmt_is_planar(format);
+    const int at = planar ? i : i * frame.ch_layout.nb_channels + channel;
+    const uint8_t* data = frame.extended_data[planar ? channel : 0];
+    switch (av_get_packed_sample_fmt(format)) {
+        case AV_SAMPLE_FMT_FLT:
+            return reinterpret_cast<const float*>(data)[at];
+        case AV_SAMPLE_FMT_S16:
+            return reinterpret_cast<const short*>(data)[at] / 32768.0;
+        default:
+            return 0;
+    }
+}
+
 // Decodes at most `max_seconds` of the first audio stream of `url`.
 inline Decoded decode(const std::string& url, double max_seconds = 1e9) {
     Decoded d;
     AVFormatContext* format = nullptr;
     if (avformat_open_input(&format, url.c_str(), nullptr, nullptr) < 0) return d;
-    if (avformat_find_stream_info(format, nullptr) < 0) {
-        avformat_close_input(&format);
-        return d;
-    }
-    const int index = av_find_best_stream(format, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+    const int index = avformat_find_stream_info(format, nullptr) < 0
+                          ? -1
+                          : av_find_best_stream(format, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     if (index < 0) {
         avformat_close_input(&format);
         return d;
@@ -46,40 +60,14 @@ inline Decoded decode(const std::string& url, double max_seconds = 1e9) {
     auto take = [&] {
         while (avcodec_receive_frame(ctx, frame) == 0) {
             frames += frame->nb_samples;
-            const int channels = frame->ch_layout.nb_channels;
-            for (int c = 0; c < channels; ++c) {
-                for (int i = 0; i < frame->nb_samples; ++i) {
-                    double v = 0;
-                    switch (frame->format) {
-                        case AV_SAMPLE_FMT_FLTP:
-                            v = reinterpret_cast<const float*>(frame->extended_data[c])[i];
-                            break;
-                        case AV_SAMPLE_FMT_FLT:
-                            v = reinterpret_cast<const float*>(frame->data[0])[i * channels + c];
-                            break;
-                        case AV_SAMPLE_FMT_S16P:
-                            v = reinterpret_cast<const short*>(frame->extended_data[c])[i] /
-                                32768.0;
-                            break;
-                        case AV_SAMPLE_FMT_S16:
-                            v = reinterpret_cast<const short*>(frame->data[0])[i * channels + c] /
-                                32768.0;
-                            break;
-                        default:
-                            break;
-                    }
-                    sum += v * v;
-                    ++samples;
-                }
-            }
+            for (int c = 0; c < frame->ch_layout.nb_channels; ++c)
+                for (int i = 0; i < frame->nb_samples; ++i, ++samples)
+                    sum += std::pow(sample_of(*frame, c, i), 2);
         }
     };
     while (av_read_frame(format, packet) >= 0 &&
            static_cast<double>(frames) / ctx->sample_rate < max_seconds) {
-        if (packet->stream_index == index) {
-            avcodec_send_packet(ctx, packet);
-            take();
-        }
+        if (packet->stream_index == index && avcodec_send_packet(ctx, packet) == 0) take();
         av_packet_unref(packet);
     }
     avcodec_send_packet(ctx, nullptr);

@@ -7,29 +7,19 @@
 namespace tavora {
 namespace {
 
-TEST(Profile, EveryInstalledProfileReadsBackAsWritten) {
-    for (const auto& [name, written] : StandardProfiles()) {
-        const ProfileRead read = ParseProfile(ProfileText(written));
-        ASSERT_TRUE(read.profile) << name << ": " << read.error;
-        const Profile& p = *read.profile;
-        EXPECT_EQ(p.codec, written.codec) << name;
-        EXPECT_EQ(p.bitrate_kbps, written.bitrate_kbps) << name;
-        EXPECT_EQ(p.sample_rate, written.sample_rate) << name;
-        EXPECT_EQ(p.channels, written.channels) << name;
-        EXPECT_EQ(p.file, written.file) << name;
-        EXPECT_EQ(p.description, written.description) << name;
-        EXPECT_FALSE(p.stream) << name;
-    }
-    Profile streamed = StandardProfiles()[1].second;
+// The text carries every field, so the same text back means the same profile.
+TEST(Profile, EveryInstalledProfileAndAStreamedOneReadBackAsWritten) {
+    auto profiles = StandardProfiles();
+    Profile streamed = profiles[1].second;
     streamed.stream =
         StreamTarget{"127.0.0.1", 8123, "/air", "source", "pw", "Tavora FM", "Pop", true};
-    const ProfileRead read = ParseProfile(ProfileText(streamed));
-    ASSERT_TRUE(read.profile && read.profile->stream) << read.error;
-    EXPECT_EQ(read.profile->stream->port, 8123);
-    EXPECT_EQ(read.profile->stream->mount, "/air");
-    EXPECT_EQ(read.profile->stream->password, "pw");
-    EXPECT_EQ(read.profile->stream->name, "Tavora FM");
-    EXPECT_TRUE(read.profile->stream->is_public);
+    profiles.emplace_back("streamed", streamed);
+    for (const auto& [name, written] : profiles) {
+        const ProfileRead read = ParseProfile(ProfileText(written));
+        ASSERT_TRUE(read.profile) << name << ": " << read.error;
+        EXPECT_EQ(ProfileText(*read.profile), ProfileText(written)) << name;
+        EXPECT_EQ(read.profile->stream.has_value(), name == "streamed") << name;
+    }
 }
 
 TEST(Profile, ABadProfileSaysWhatIsWrongWithIt) {
@@ -65,11 +55,8 @@ TEST(Profile, InstallWritesTheMissingProfilesAndKeepsAnEditedOne) {
     for (const auto& [name, profile] : StandardProfiles()) {
         const ProfileRead read = ReadProfile(home / name);
         ASSERT_TRUE(read.profile) << name << ": " << read.error;
-        if (name == "mp3lanf.asd") {
-            EXPECT_EQ(read.profile->bitrate_kbps, 96);
-        } else {
-            EXPECT_EQ(read.profile->bitrate_kbps, profile.bitrate_kbps) << name;
-        }
+        EXPECT_EQ(read.profile->bitrate_kbps, name == "mp3lanf.asd" ? 96 : profile.bitrate_kbps)
+            << name;
     }
     EXPECT_EQ(ReadProfile(home / "nothing.asd").error,
               "cannot read " + (home / "nothing.asd").string());

@@ -21,6 +21,8 @@
 #include "runtime/random.h"
 #include "station/demo_library.h"
 #include "station/station_app.h"
+#include "store/recordset.h"
+#include "test_folder.h"
 #include "ui/binder.h"
 #include "ui/desktop.h"
 #include "ui/qt_dialogs.h"
@@ -86,6 +88,25 @@ struct DesktopStation {
     std::unique_ptr<StationApp> app;
     std::unique_ptr<ui::Binder> binder;
     std::unique_ptr<ui::Desktop> desktop;
+};
+
+struct DemoFolder {
+    TestFolder folder;
+    bool made = make_demo_station(folder.path(), 60);
+};
+
+// The desktop on a demo station of its own, 60 rows, with probe players.
+struct DemoDesk : DemoFolder, DesktopStation {
+    explicit DemoDesk(Desk desk = Desk::Scripted)
+        : DesktopStation(folder.path(), Players::Probe, desk) {}
+
+    // The stored field of the row with this key, read from the file.
+    std::string stored(const Value& key, const char* field) {
+        auto library = Library::open(folder.path() / "qx1.mdb", FileKind::Library).library;
+        Recordset rows;
+        if (!library || !rows.Open(library, "Recordings1") || !rows.SetBookmark(key)) return "?";
+        return rows.Fields(field).text();
+    }
 };
 
 }  // namespace tavora

@@ -12,8 +12,6 @@
 #include <sstream>
 
 #include "sim/event_log.h"
-#include "store/recordset.h"
-#include "test_folder.h"
 #include "ui/desktop_station.h"
 #include "ui_tests.h"
 
@@ -21,23 +19,8 @@ using namespace tavora;
 
 namespace {
 
-// The desktop on a small demo library (60 rows), with probe players, and the
-// aired titles as the event lines tell them.
-struct TestStation {
-    TestStation()
-        : made(make_demo_station(folder.path(), 60)),
-          desk(folder.path(), DesktopStation::Players::Probe),
-          app(desk.app),
-          desktop(desk.desktop),
-          log(desk.clock, desk.loop, aired, app->station, app->playback) {
-        ok = made && desk.start();
-    }
-
-    template <class W>
-    W* widget(const Form& form, const QString& name) {
-        return desk.widget<W>(form, name);
-    }
-
+// The demo desktop with the aired titles as the event lines tell them.
+struct TestStation : DemoDesk {
     // The titles of the AIR lines so far.
     std::vector<std::string> aired_titles() const {
         std::vector<std::string> titles;
@@ -49,14 +32,8 @@ struct TestStation {
         return titles;
     }
 
-    TestFolder folder;
-    bool made;
-    DesktopStation desk;
-    std::unique_ptr<StationApp>& app;
-    std::unique_ptr<ui::Desktop>& desktop;
     std::ostringstream aired;
-    EventLog log;
-    bool ok = false;
+    EventLog log{clock, loop, aired, app->station, app->playback};
 };
 
 std::unique_ptr<TestStation> station;
@@ -65,7 +42,7 @@ std::unique_ptr<TestStation> station;
 
 void DesktopTest::initTestCase() {
     station = std::make_unique<TestStation>();
-    QVERIFY(station->ok);
+    QVERIFY(station->made && station->start());
     QVERIFY(station->desktop->main_window().isVisible());
     QVERIFY(station->widget<QWidget>(station->app->request, "Frame1")->isVisible());
 }
@@ -91,16 +68,14 @@ void DesktopTest::runFillsTheViewerWithTheAiredTitles() {
         for (int slot = 2; slot <= 6; ++slot) {
             const std::string& title = s.app->station.Slot_Title[slot];
             const auto* line = s.widget<QLabel>(s.app->viewer, QString("Label1_%1").arg(slot));
-            const std::string text = line->text().toStdString();
-            if (title.empty() || text.size() < title.size() ||
-                text.compare(text.size() - title.size(), title.size(), title) != 0) {
-                return false;
-            }
+            if (title.empty() || !line->text().toStdString().ends_with(title)) return false;
         }
         return true;
     };
     QTRY_VERIFY_WITH_TIMEOUT(set_shown(), 10000);
-    QVERIFY(s.desktop->main_window().windowTitle().toStdString().find(first) != std::string::npos);
+    // The song on air by now: on a slow machine, that may be the next one.
+    const QString on_air = QString::fromStdString(s.aired_titles().back());
+    QVERIFY(s.desktop->main_window().windowTitle().endsWith(on_air));
     // The status bar's counters are the rules' panel texts.
     const std::string played = s.app->qx_main.Panel(5).Text;
     QVERIFY(!played.empty());
@@ -135,18 +110,20 @@ void DesktopTest::rowPressRaisesTheRequest() {
 void DesktopTest::onAirPopUpCountsDown() {
     TestStation& s = *station;
     // The demo's songs are short: the pop-up comes up before each mix and
-    // counts the seconds to it.
-    QWidget* pop_up = s.desktop->widget_of(s.app->playback.on_air);
-    QTRY_VERIFY_WITH_TIMEOUT(pop_up->isVisible(), 30000);
-    auto* phase = s.widget<QLabel>(s.app->playback.on_air, "Label1");
-    const bool soon = phase->text() == "SOON";
-    QVERIFY(soon || phase->text() == "N O W");
-    auto* count = s.widget<QLabel>(s.app->playback.on_air, soon ? "LblInValue" : "LblLeftValue");
-    QVERIFY(count->isVisible());
-    const int first = count->text().toInt();
-    QVERIFY(first > 0);
-    QTRY_VERIFY_WITH_TIMEOUT(count->text().toInt() < first, 3000);
-    QVERIFY(pop_up->isVisible());
+    // counts the seconds to it, SOON, or N O W the seconds left of an intro or
+    // a talk gap.
+    const Form& form = s.app->playback.on_air;
+    const auto count = [&] {
+        const QString phase = s.widget<QLabel>(form, "Label1")->text();
+        if (!s.desktop->widget_of(form)->isVisible() || (phase != "SOON" && phase != "N O W"))
+            return 0;
+        auto* value = s.widget<QLabel>(form, phase == "SOON" ? "LblInValue" : "LblLeftValue");
+        return value->isVisible() ? value->text().toInt() : 0;
+    };
+    // A count caught with a second to go may end with its phase; one of two goes on.
+    QTRY_VERIFY_WITH_TIMEOUT(count() >= 2, 60000);
+    const int first = count();
+    QTRY_VERIFY_WITH_TIMEOUT(count() > 0 && count() < first, 3000);
 }
 
 void DesktopTest::menuItemsWithoutAWindowAreGreyed() {
@@ -168,10 +145,9 @@ void DesktopTest::menuItemsWithoutAWindowAreGreyed() {
 void DesktopTest::missingLibraryIsAskedFor() {
     // The library moved away: start-up asks for it in the Part's input box,
     // takes the answer, says so, and the desktop comes up on it.
-    TestFolder folder;
-    QVERIFY(make_demo_station(folder.path(), 60));
-    std::filesystem::rename(folder.path() / "qx1.mdb", folder.path() / "moved.mdb");
-    DesktopStation s(folder.path(), DesktopStation::Players::Probe, DesktopStation::Desk::Qt);
+    DemoDesk s(DesktopStation::Desk::Qt);
+    QVERIFY(s.made);
+    std::filesystem::rename(s.folder.path() / "qx1.mdb", s.folder.path() / "moved.mdb");
     QString asked, told;
     // Each dialog is answered from the loop it runs, once it is up.
     QTimer answer;
@@ -196,9 +172,8 @@ void DesktopTest::missingLibraryIsAskedFor() {
 }
 
 void DesktopTest::exitEndsTheApplication() {
-    TestFolder folder;
-    QVERIFY(make_demo_station(folder.path(), 60));
-    DesktopStation s(folder.path(), DesktopStation::Players::Probe);
+    DemoDesk s;
+    QVERIFY(s.made);
     s.app->on_end = [&s] { s.loop.quit(); };
     QVERIFY(s.start());
     QTimer::singleShot(0,

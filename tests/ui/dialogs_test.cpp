@@ -35,106 +35,94 @@ void WhenShown(std::function<void(D&)> act) {
     });
 }
 
+// Qt's dialogs on a station folder of their own.
+struct Desk {
+    TestFolder folder;
+    std::filesystem::path home = folder.path() / "tavora";
+    PathMap paths{home};
+    ui::QtDialogs dialogs{paths};
+};
+
 }  // namespace
 
-void DialogsTest::messageBoxShowsTheExactWordsAndDefault() {
-    TestFolder folder;
-    PathMap paths(folder.path());
-    ui::QtDialogs dialogs(paths);
-    QString title, text, default_text;
-    QStringList buttons;
+void DialogsTest::messageBoxShowsItsWordsAndTheCloseBoxAnswers() {
+    Desk d;
+    QStringList seen;  // the title, the text, the buttons, the default
     WhenShown<QMessageBox>([&](QMessageBox& box) {
-        title = box.windowTitle();
-        text = box.text();
+        QStringList buttons;
         for (QAbstractButton* button : box.buttons())
             buttons << button->text().remove('&');
-        default_text = box.defaultButton()->text().remove('&');
+        buttons.sort();
+        seen << box.windowTitle() << box.text() << buttons.join(",")
+             << box.defaultButton()->text().remove('&');
         box.button(QMessageBox::Ok)->click();
     });
-    const Answer answer = dialogs.MsgBox(
+    const Answer answer = d.dialogs.MsgBox(
         "This Will PAUSE the Wave Players! Are You Sure you want to do this?", Buttons::OKCancel,
         "I Hate It When The Music Stops WARNING", Icon::Exclamation, 2);
     QCOMPARE(answer, Answer::OK);
-    QCOMPARE(title, QString("I Hate It When The Music Stops WARNING"));
-    QCOMPARE(text, QString("This Will PAUSE the Wave Players! Are You Sure you want to do this?"));
-    QCOMPARE(buttons.size(), 2);
-    QVERIFY(buttons.contains("OK"));
-    QVERIFY(buttons.contains("Cancel"));
-    QCOMPARE(default_text, QString("Cancel"));
-}
+    QCOMPARE(seen,
+             QStringList({"I Hate It When The Music Stops WARNING",
+                          "This Will PAUSE the Wave Players! Are You Sure you want to do this?",
+                          "Cancel,OK", "Cancel"}));
 
-void DialogsTest::closeBoxAnswersCancelOrTheDefault() {
-    TestFolder folder;
-    PathMap paths(folder.path());
-    ui::QtDialogs dialogs(paths);
+    // The close box is Cancel, or without a Cancel the default button.
     WhenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
-    QCOMPARE(dialogs.MsgBox("Save?", Buttons::YesNoCancel, "Question", Icon::Question, 1),
+    QCOMPARE(d.dialogs.MsgBox("Save?", Buttons::YesNoCancel, "Question", Icon::Question, 1),
              Answer::Cancel);
-    // Without a Cancel, the close box is the default button.
     WhenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
-    QCOMPARE(dialogs.MsgBox("Exit now?", Buttons::YesNo, "", Icon::None, 2), Answer::No);
+    QCOMPARE(d.dialogs.MsgBox("Exit now?", Buttons::YesNo, "", Icon::None, 2), Answer::No);
     WhenShown<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    QCOMPARE(dialogs.MsgBox("Retry?", Buttons::AbortRetryIgnore, "", Icon::None, 2), Answer::Retry);
+    QCOMPARE(d.dialogs.MsgBox("Retry?", Buttons::AbortRetryIgnore, "", Icon::None, 2),
+             Answer::Retry);
     // No title: the station's name.
     QString title;
     WhenShown<QMessageBox>([&title](QMessageBox& box) {
         title = box.windowTitle();
         box.close();
     });
-    dialogs.MsgBox("Done");
+    d.dialogs.MsgBox("Done");
     QCOMPARE(title, QString("Tavora Music System"));
 }
 
 void DialogsTest::inputBoxGivesTextOrEmpty() {
-    TestFolder folder;
-    PathMap paths(folder.path());
-    ui::QtDialogs dialogs(paths);
-    QString shown_default, label;
+    Desk d;
+    QStringList seen;  // the default and the prompt
     WhenShown<QInputDialog>([&](QInputDialog& box) {
-        shown_default = box.textValue();
-        label = box.labelText();
+        seen << box.textValue() << box.labelText();
         box.setTextValue("c:\\tavora\\other.mdb");
         box.accept();
     });
-    const std::string typed = dialogs.InputBox(
-        "Enter the EXACT path and file name of your database Ex(c:\\tavora\\qx1.mdb): ",
-        "TQXMS DATABASE MISSING!!!", "c:\\tavora\\qx1.mdb");
-    QCOMPARE(typed, std::string("c:\\tavora\\other.mdb"));
-    QCOMPARE(shown_default, QString("c:\\tavora\\qx1.mdb"));
-    QVERIFY(label.startsWith("Enter the EXACT path"));
+    const std::string prompt =
+        "Enter the EXACT path and file name of your database Ex(c:\\tavora\\qx1.mdb): ";
+    QCOMPARE(d.dialogs.InputBox(prompt, "TQXMS DATABASE MISSING!!!", "c:\\tavora\\qx1.mdb"),
+             std::string("c:\\tavora\\other.mdb"));
+    QCOMPARE(seen, QStringList({"c:\\tavora\\qx1.mdb", QString::fromStdString(prompt)}));
 
     WhenShown<QInputDialog>([](QInputDialog& box) { box.close(); });
-    QCOMPARE(dialogs.InputBox("Name?", "", "kept"), std::string());
+    QCOMPARE(d.dialogs.InputBox("Name?", "", "kept"), std::string());
 }
 
 void DialogsTest::fileDialogHandsBackTheStoredForm() {
-    TestFolder folder;
-    const auto home = folder.path() / "tavora";
-    folder.Write("tavora/qxl1124.log", "log");
-    PathMap paths(home);
-    ui::QtDialogs dialogs(paths);
-    QString shown_folder, filters;
+    Desk d;
+    d.folder.Write("tavora/qxl1124.log");
+    QStringList seen;  // the folder and the filters
     WhenShown<QFileDialog>([&](QFileDialog& box) {
-        shown_folder = box.directory().absolutePath();
-        filters = box.nameFilters().join(";;");
-        box.selectFile(QString::fromStdString((home / "qxl1124.log").string()));
+        seen << box.directory().absolutePath() << box.nameFilters().join(";;");
+        box.selectFile(QString::fromStdString((d.home / "qxl1124.log").string()));
         QMetaObject::invokeMethod(&box, "accept");
     });
-    const std::string chosen =
-        dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora");
-    QCOMPARE(chosen, std::string("c:\\tavora\\qxl1124.log"));
-    QCOMPARE(shown_folder, QString::fromStdString(home.string()));
-    QCOMPARE(filters, QString("TQX Log Files (*.log)"));
+    QCOMPARE(d.dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora"),
+             std::string("c:\\tavora\\qxl1124.log"));
+    QCOMPARE(seen, QStringList({QString::fromStdString(d.home.string()), "TQX Log Files (*.log)"}));
 
     WhenShown<QFileDialog>([](QFileDialog& box) { box.reject(); });
-    QCOMPARE(dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora"),
+    QCOMPARE(d.dialogs.OpenFile("Tavora Logfile Search", "TQX Log Files|*.log", "c:\\tavora"),
              std::string());
 }
 
 void DialogsTest::timerWaitsWhileADialogIsOpen() {
-    TestFolder folder;
-    PathMap paths(folder.path());
-    ui::QtDialogs dialogs(paths);
+    Desk d;
     ui::QtEventLoop loop;
     std::vector<std::string> order;
     auto timer = loop.CreateTimer([&] { order.push_back("tick"); });
@@ -149,7 +137,7 @@ void DialogsTest::timerWaitsWhileADialogIsOpen() {
     });
     timer->SetEnabled(true);
     loop.run_event([&] {
-        dialogs.MsgBox("Wait");
+        d.dialogs.MsgBox("Wait");
         order.push_back("handler done");
     });
     QTRY_VERIFY_WITH_TIMEOUT(order.size() >= 3 && order.back() == "tick", 2000);

@@ -7,16 +7,12 @@
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
-    int failed = 0;
     BinderTest binder;
-    failed += QTest::qExec(&binder, argc, argv);
     DialogsTest dialogs;
-    failed += QTest::qExec(&dialogs, argc, argv);
-    LayoutsTest layouts;
-    failed += QTest::qExec(&layouts, argc, argv);
-    DataGridsTest grids;
-    failed += QTest::qExec(&grids, argc, argv);
+    WindowsTest windows;
     DesktopTest desktop;
-    failed += QTest::qExec(&desktop, argc, argv);
+    int failed = 0;
+    for (QObject* test : std::initializer_list<QObject*>{&binder, &dialogs, &windows, &desktop})
+        failed += QTest::qExec(test, argc, argv);
     return failed == 0 ? 0 : 1;
 }

@@ -8,15 +8,13 @@ class BinderTest : public QObject {
   private slots:
     void stateReachesEveryKindOfWidget();
     void widgetEventsReachTheHandlers();
-    void disabledControlIgnoresClicks();
     void windowFollowsVisibleAndCloseBox();
 };
 
 class DialogsTest : public QObject {
     Q_OBJECT
   private slots:
-    void messageBoxShowsTheExactWordsAndDefault();
-    void closeBoxAnswersCancelOrTheDefault();
+    void messageBoxShowsItsWordsAndTheCloseBoxAnswers();
     void inputBoxGivesTextOrEmpty();
     void fileDialogHandsBackTheStoredForm();
     void timerWaitsWhileADialogIsOpen();
@@ -35,18 +33,14 @@ class DesktopTest : public QObject {
     void exitEndsTheApplication();
 };
 
-class DataGridsTest : public QObject {
+// The hand-made windows and their data grids, on one desktop.
+class WindowsTest : public QObject {
     Q_OBJECT
   private slots:
     void initTestCase();
     void cleanupTestCase();
+    void everyControlFindsItsWidget();
     void chartPlaceTypedInTheGridReachesTheRow();
     void recordEditorShowsAndSavesTheRecordsFields();
     void pickingAScheduleRowShowsItsEntry();
-};
-
-class LayoutsTest : public QObject {
-    Q_OBJECT
-  private slots:
-    void everyControlFindsItsWidget();
 };

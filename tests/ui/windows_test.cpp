@@ -6,39 +6,13 @@
 #include <QTest>
 #include <memory>
 
-#include "store/recordset.h"
-#include "test_folder.h"
 #include "ui/desktop_station.h"
+#include "ui/window_factory.h"
 #include "ui_tests.h"
 
 using namespace tavora;
 
 namespace {
-
-// A desktop on a small demo library, not running, shared by the tests: each
-// works on a window of its own.
-struct GridStation {
-    GridStation()
-        : made(make_demo_station(folder.path(), 60)),
-          desk(folder.path(), DesktopStation::Players::Probe) {
-        ok = made && desk.start();
-    }
-
-    StationApp& app() { return *desk.app; }
-
-    // The stored field of the row with this key, read from the file.
-    std::string stored(const Value& key, const char* field) {
-        auto library = Library::open(folder.path() / "qx1.mdb", FileKind::Library).library;
-        Recordset rows;
-        if (!library || !rows.Open(library, "Recordings1") || !rows.SetBookmark(key)) return "?";
-        return rows.Fields(field).text();
-    }
-
-    TestFolder folder;
-    bool made;
-    DesktopStation desk;
-    bool ok = false;
-};
 
 // Types into a cell as the operator does: the editor the view opens, the
 // text, Enter.
@@ -52,7 +26,8 @@ void TypeIntoCell(QTableView& view, const QModelIndex& cell, const QString& text
     QTest::keyClick(editor, Qt::Key_Return);
 }
 
-std::unique_ptr<GridStation> station;
+// A desktop shared by the tests: each works on a window of its own.
+std::unique_ptr<DemoDesk> station;
 
 int ColumnOf(const QTableView& view, const QString& head) {
     for (int column = 0; column < view.model()->columnCount(); ++column)
@@ -62,20 +37,44 @@ int ColumnOf(const QTableView& view, const QString& head) {
 
 }  // namespace
 
-void DataGridsTest::initTestCase() {
-    station = std::make_unique<GridStation>();
-    QVERIFY(station->ok);
+void WindowsTest::initTestCase() {
+    station = std::make_unique<DemoDesk>();
+    QVERIFY(station->made && station->start());
 }
 
-void DataGridsTest::cleanupTestCase() {
+void WindowsTest::cleanupTestCase() {
     station.reset();
 }
 
-void DataGridsTest::chartPlaceTypedInTheGridReachesTheRow() {
-    GridStation& s = *station;
-    Advschedule& screen = s.app().advschedule;
-    s.desk.widget<QAction>(s.app().qx_main, "AdvSched")->trigger();
-    auto* view = s.desk.widget<QTableView>(screen, "DataGrid1");
+// A control renamed in the rules, or a widget renamed in Designer, would
+// quietly leave a control without its widget: every control of the hand-made
+// windows must find one.
+void WindowsTest::everyControlFindsItsWidget() {
+    StationApp& app = *station->app;
+    for (const char* name : {"frmSetup", "Mailfrm", "Form2", "frmTypeLookup", "frmTavoraDb",
+                             "AdWiz", "EncRep", "frmSchedule1", "Advschedule", "Form1"}) {
+        const Form* form = app.form(name);
+        QVERIFY2(form, name);
+        QWidget window;
+        QVERIFY2(ui::SetUpLayout(name, window), name);
+        QStringList missing;
+        for (const auto& entry : form->controls()) {
+            const QString widget =
+                QString::fromStdString(ui::WidgetName(entry.control->Name, entry.control->Index));
+            // A grid's columns are the controls of its name.
+            const QString grid = QString::fromStdString(entry.control->Name);
+            if (!window.findChild<QObject*>(widget) && !window.findChild<QTableView*>(grid))
+                missing << widget;
+        }
+        QVERIFY2(missing.isEmpty(), qPrintable(QString(name) + ": " + missing.join(", ")));
+    }
+}
+
+void WindowsTest::chartPlaceTypedInTheGridReachesTheRow() {
+    DemoDesk& s = *station;
+    Advschedule& screen = s.app->advschedule;
+    s.widget<QAction>(s.app->qx_main, "AdvSched")->trigger();
+    auto* view = s.widget<QTableView>(screen, "DataGrid1");
     QVERIFY(view && view->isVisible());
     Recordset& rows = screen.datPrimaryRS.Recordset();
     QCOMPARE(view->model()->rowCount(), static_cast<int>(rows.RecordCount()));
@@ -96,14 +95,14 @@ void DataGridsTest::chartPlaceTypedInTheGridReachesTheRow() {
     QCOMPARE(view->model()->index(3, t40).data().toString(), QString("7"));
     const Value key = rows.Bookmark();
     QVERIFY(s.stored(key, "T40") != "7");
-    QTest::mouseClick(s.desk.widget<QPushButton>(screen, "cmdUpdate"), Qt::LeftButton);
+    QTest::mouseClick(s.widget<QPushButton>(screen, "cmdUpdate"), Qt::LeftButton);
     QCOMPARE(s.stored(key, "T40"), std::string("7"));
 
     // A place that is no number is the handler's to refuse, with its words.
-    const std::size_t told = s.desk.dialogs.shown().size();
+    const std::size_t told = s.dialogs.shown().size();
     TypeIntoCell(*view, view->model()->index(3, t40), "soon");
-    QTRY_COMPARE(s.desk.dialogs.shown().size(), told + 1);
-    QCOMPARE(s.desk.dialogs.shown().back().request.text,
+    QTRY_COMPARE(s.dialogs.shown().size(), told + 1);
+    QCOMPARE(s.dialogs.shown().back().request.text,
              std::string("Enter a chart position from 0 to 200"));
 
     // A click on a head is the view's: Title sorts by title.
@@ -114,19 +113,19 @@ void DataGridsTest::chartPlaceTypedInTheGridReachesTheRow() {
              rows.Fields("Title").text());
 }
 
-void DataGridsTest::recordEditorShowsAndSavesTheRecordsFields() {
-    GridStation& s = *station;
-    frmTavoraDb& editor = s.app().tavora_db;
-    s.desk.loop.run_event([&] { editor.Form_Load(); });
+void WindowsTest::recordEditorShowsAndSavesTheRecordsFields() {
+    DemoDesk& s = *station;
+    frmTavoraDb& editor = s.app->tavora_db;
+    s.loop.run_event([&] { editor.Form_Load(); });
     Recordset& rows = editor.Data1.Recordset();
-    auto* title = s.desk.widget<QLineEdit>(editor, "fldTitle");
-    auto* artist = s.desk.widget<QLineEdit>(editor, "fldArtist");
+    auto* title = s.widget<QLineEdit>(editor, "fldTitle");
+    auto* artist = s.widget<QLineEdit>(editor, "fldArtist");
     QVERIFY(title && artist && title->isVisible());
     QVERIFY(!rows.Fields("Title").text().empty());
     QCOMPARE(title->text().toStdString(), rows.Fields("Title").text());
 
     // The boxes follow the record pointer.
-    QTest::mouseClick(s.desk.widget<QPushButton>(editor, "cmdNext"), Qt::LeftButton);
+    QTest::mouseClick(s.widget<QPushButton>(editor, "cmdNext"), Qt::LeftButton);
     QCOMPARE(rows.AbsolutePosition(), 1L);
     QCOMPARE(title->text().toStdString(), rows.Fields("Title").text());
     QCOMPARE(artist->text().toStdString(), rows.Fields("Artist").text());
@@ -136,28 +135,28 @@ void DataGridsTest::recordEditorShowsAndSavesTheRecordsFields() {
     artist->selectAll();
     QTest::keyClicks(artist, "The Night Shift");
     QCOMPARE(s.stored(key, "Artist") == "The Night Shift", false);
-    QTest::mouseClick(s.desk.widget<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+    QTest::mouseClick(s.widget<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
     QCOMPARE(s.stored(key, "Artist"), std::string("The Night Shift"));
     QCOMPARE(artist->text(), QString("The Night Shift"));
 
     // A value the field can't take shows the field's again once typed.
-    auto* day = s.desk.widget<QLineEdit>(editor, "fldMaxDay");
+    auto* day = s.widget<QLineEdit>(editor, "fldMaxDay");
     const std::string before = rows.Fields("Max Play Day").text();
     day->selectAll();
     QTest::keyClicks(day, "lots");
     QTest::keyClick(day, Qt::Key_Return);
     QCOMPARE(day->text().toStdString(), before);
-    QTest::mouseClick(s.desk.widget<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+    QTest::mouseClick(s.widget<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
     QCOMPARE(s.stored(key, "Max Play Day"), before);
 }
 
-void DataGridsTest::pickingAScheduleRowShowsItsEntry() {
-    GridStation& s = *station;
-    frmSchedule1& schedule = s.app().schedule;
-    s.desk.widget<QAction>(s.app().qx_main, "mnu_View_Schedule1")->trigger();
+void WindowsTest::pickingAScheduleRowShowsItsEntry() {
+    DemoDesk& s = *station;
+    frmSchedule1& schedule = s.app->schedule;
+    s.widget<QAction>(s.app->qx_main, "mnu_View_Schedule1")->trigger();
     Recordset& entries = schedule.datPrimaryRS.Recordset();
     // A second entry, so that there is a row to pick.
-    s.desk.loop.run_event([&] {
+    s.loop.run_event([&] {
         schedule.cmdAdd_Click();
         schedule.txtFields(0).Text = "Breakfast";
         schedule.chkFields(1).Value = 1;  // the charts, so no category
@@ -166,8 +165,8 @@ void DataGridsTest::pickingAScheduleRowShowsItsEntry() {
         schedule.datPrimaryRS_Reposition();
     });
     QCOMPARE(entries.RecordCount(), 2L);
-    s.desk.loop.run_event([&] { schedule.SSTab1.Value = 1; });
-    auto* view = s.desk.widget<QTableView>(schedule, "DataGrid1");
+    s.loop.run_event([&] { schedule.SSTab1.Value = 1; });
+    auto* view = s.widget<QTableView>(schedule, "DataGrid1");
     QVERIFY(view && view->isVisible());
     QCOMPARE(view->model()->rowCount(), 2);
     const int name = ColumnOf(*view, "Name");
