@@ -204,12 +204,14 @@ class SimStation : public ::testing::Test {
         options.cd_image = cd_image_;
         std::ostringstream out, err;
         const int code = run_simulation(options, out, err);
+        EXPECT_EQ(code, expected_code_) << err.str();
         return {code, out.str(), err.str()};
     }
 
     static inline std::unique_ptr<TestFolder> master_;
     TestFolder folder_;
     std::filesystem::path cd_image_;  // the disc in the CD drive, if any
+    int expected_code_ = 0;           // what each run must exit with
 };
 
 }  // namespace tavora
