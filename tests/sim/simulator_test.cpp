@@ -67,13 +67,10 @@ TEST(EventTime, KeepsTheMillisecondsOfTheMomentWithoutRoundingTheSecond) {
 
 TEST_F(Simulator, TheScriptRunsTheAutoAddWizard) {
     auto_start(false);
-    fs::path song;
-    for (const auto& entry : fs::recursive_directory_iterator(home()))
-        if (entry.path().extension() == ".mp3") song = entry.path();
-    ASSERT_FALSE(song.empty());
     fs::create_directories(home() / "incoming");
-    fs::copy_file(song, home() / "incoming" / "New One - Band.mp3");
-    fs::copy_file(song, home() / "incoming" / "New Two - Band.mp3");
+    for (const char* name : {"New One - Band.mp3", "New Two - Band.mp3"})
+        fs::copy_file(home() / "music" / "Amber Skyline - Jonah Reyes.mp3",
+                      home() / "incoming" / name);
     const SimRun run = simulate("1",
                                 "00:00:01 click QXMain.Mnu_Aut_Add\n"
                                 "00:00:02 set frmTavoraDb.Dir1 c:\\tavora\\incoming\n"
