@@ -20,18 +20,21 @@ using namespace tavora;
 
 namespace {
 
-// Runs `act` on the dialog that the next Ask shows, once it is up.
+// Runs `act` on the dialog that the next Ask shows, once it is up. When none
+// of that kind comes up, whatever modal is open is closed, so that the Ask
+// returns and the test fails instead of waiting forever.
 template <class D>
 void WhenShown(std::function<void(D&)> act) {
     QTimer::singleShot(0, [act] {
-        for (int tries = 0; tries < 200; ++tries) {
+        for (int tries = 0; tries < 1000; ++tries) {
             if (auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget())) {
                 act(*dialog);
                 return;
             }
             QTest::qWait(10);
         }
-        QFAIL("no dialog came up");
+        if (QWidget* other = QApplication::activeModalWidget()) other->close();
+        QFAIL("no dialog of the expected kind came up");
     });
 }
 
