@@ -31,6 +31,13 @@ struct BrokenRows {
     std::string error;               // empty when every row was broken
 };
 
+// `ffmpeg` writing `to` from `args`; whether it did.
+inline bool ffmpeg(const std::string& args, const std::filesystem::path& to) {
+    return std::system(("ffmpeg -nostdin -hide_banner -loglevel error -y " + args + " \"" +
+                        to.string() + "\"")
+                           .c_str()) == 0;
+}
+
 namespace broken_files {
 
 inline const char* name_of(Breakage kind) {
@@ -50,10 +57,8 @@ inline std::string make(Breakage kind, const std::filesystem::path& song, double
                                       : "volume=0:enable='between(t," +
                                             std::to_string(seconds / 2 - 20) + "," +
                                             std::to_string(seconds / 2 + 20) + ")'";
-        const std::string command = "ffmpeg -nostdin -hide_banner -loglevel error -y -i \"" +
-                                    song.string() + "\" -af \"" + quiet + "\" \"" + file.string() +
-                                    "\"";
-        return std::system(command.c_str()) == 0 ? "" : "could not silence " + song.string();
+        const bool done = ffmpeg("-i \"" + song.string() + "\" -af \"" + quiet + "\"", file);
+        return done ? "" : "could not silence " + song.string();
     }
     std::ifstream in(song, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(in), {}};

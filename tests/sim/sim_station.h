@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
@@ -14,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "broken_files.h"
 #include "runtime/dates.h"
 #include "sim/simulator.h"
 #include "station/demo_library.h"
@@ -83,13 +83,6 @@ inline double seconds_of_clock(const std::string& text) {
     if (!std::regex_search(text, m, std::regex(R"((\d+):(\d\d):(\d\d) ([AP]M))"))) return -1;
     return (std::stoi(m[1]) % 12 + (m[4] == "PM" ? 12 : 0)) * 3600 + std::stoi(m[2]) * 60 +
            std::stoi(m[3]);
-}
-
-// `ffmpeg` writing `to` from `args`; whether it did.
-inline bool ffmpeg(const std::string& args, const std::filesystem::path& to) {
-    return std::system(("ffmpeg -nostdin -hide_banner -loglevel error -y " + args + " \"" +
-                        to.string() + "\"")
-                           .c_str()) == 0;
 }
 
 // What a run printed, with its event lines picked out by kind.
