@@ -8,12 +8,6 @@
 namespace tavora {
 namespace {
 
-TEST(PlayLog, NameHasMonthAndDayWithoutZerosOrYear) {
-    EXPECT_EQ(log_name_for(DateSerial(2026, 1, 15)), "C:\\tavora\\qxl115.log");
-    EXPECT_EQ(log_name_for(DateSerial(2025, 11, 5) + 0.5), "C:\\tavora\\qxl115.log");
-    EXPECT_EQ(log_name_for(DateSerial(2026, 12, 31)), "C:\\tavora\\qxl1231.log");
-}
-
 TEST(PlayLog, LinesReadAsTheLogHasAlwaysRead) {
     const double at = DateSerial(2026, 3, 2) + TimeSerial(21, 5, 7);
     EXPECT_EQ(complete_line(at, 3, "Song - Artist"), "Complete at:9:05:07 PM- QX3 > Song - Artist");

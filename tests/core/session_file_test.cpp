@@ -81,19 +81,6 @@ TEST(SessionFile, OddLinesReadAsTheyAlwaysHave) {
     EXPECT_EQ(fresh.BP_Block, 2);
 }
 
-TEST(SessionFile, DamageFromLineThreeEndsTheReadingKeepingWhatWasRead) {
-    TestFolder folder;
-    Station station;
-    ASSERT_TRUE(Read_BP(station, write_file(folder, "1\n0\n3\n9\nTrue\nFalse\nmaybe\n12\n4\n")));
-    EXPECT_TRUE(station.BP_On);
-    EXPECT_EQ(station.BP_Block, 3);
-    EXPECT_EQ(station.BP_Chars, 9);
-    EXPECT_TRUE(station.Vid_On);
-    EXPECT_FALSE(station.CD_On);        // line 7 failed
-    EXPECT_EQ(station.Ply7_MixOut, 7);  // and nothing after it was read
-    EXPECT_EQ(station.Antiskip, 0);
-}
-
 // tavora.ini: written whole, read back; a value it can't read keeps the
 // default and is named, and the other lines still count.
 TEST(ExtensionSettings, RoundTripAndABadValueKeepsTheDefault) {

@@ -105,13 +105,22 @@ struct SimRun {
 // the suite; every test runs on its own copy, since a run writes to it.
 class SimStation : public ::testing::Test {
   protected:
-    static void SetUpTestSuite() {
+    static void SetUpTestSuite() { make_master(3, 60); }
+    // A demo of `songs` made whole before the call returns, then grown to
+    // `rows` if above 0; its clips in `format` at `rate`, or the demo's own.
+    static void make_master(std::size_t songs, std::size_t rows, const std::string& format = "",
+                            int rate = 0) {
         master_ = std::make_unique<TestFolder>();
         DemoOptions options;
-        options.songs = 3;
+        options.songs = songs;
+        options.format = format;
+        options.rate = rate;
         const DemoReport demo = make_demo_library(master_->path(), kStart - 1, options);
         ASSERT_EQ(demo.error, "");
-        ASSERT_EQ(grow_demo_library(master_->path(), 60), "");
+        ASSERT_EQ(demo.rest, nullptr);
+        if (rows > 0) {
+            ASSERT_EQ(grow_demo_library(master_->path(), rows), "");
+        }
     }
     static void TearDownTestSuite() { master_.reset(); }
 
