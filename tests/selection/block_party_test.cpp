@@ -10,20 +10,17 @@ class BlockPartyTest : public SelectionTest {
         station.BP_On = true;
         station.BP_Chars = 5;
         station.BP_Block = 3;
-        selection.hooks.on_pick = [this](const PickReport& report) {
-            source = report.record_source;
-        };
     }
     long song(const char* artist, const char* title) {
         return add({{"Artist", Value(artist)}, {"Title", Value(title)}});
     }
-    std::string source;
+    std::string source() const { return picks.back().record_source; }
 };
 
 TEST_F(BlockPartyTest, FirstSongComesFromTheRotationAndOpensABlock) {
     const long id = song("Bruce Springsteen", "Born");
     EXPECT_EQ(pick(), id);
-    EXPECT_EQ(source, "NormSel");
+    EXPECT_EQ(source(), "NormSel");
     EXPECT_EQ(selection.BP_Artist, "Bruce");
     EXPECT_EQ(selection.BP_Count, 1);
     EXPECT_EQ(selection.BP_Artists[4], "a");
@@ -39,7 +36,7 @@ TEST_F(BlockPartyTest, BlockContinuesWithTheSamePrefixButNotARecentTitle) {
     selection.BP_Count = 1;
     selection.BP_Titles[4] = "Mando";
     EXPECT_EQ(pick(), next);
-    EXPECT_EQ(source, "BPSort");
+    EXPECT_EQ(source(), "BPSort");
     EXPECT_EQ(selection.BP_Count, 2);
     EXPECT_EQ(selection.BP_Titles[4], "The W");
 }
@@ -52,7 +49,7 @@ TEST_F(BlockPartyTest, ArtistOfARecentBlockEndsTheScan) {
     selection.BP_Count = 1;
     pick();
     // The rotation has no artist separation: either song may open the next block.
-    EXPECT_EQ(source, "NormSel");
+    EXPECT_EQ(source(), "NormSel");
     EXPECT_EQ(selection.BP_Artists[4], "Bruce");
     EXPECT_EQ(selection.BP_Count, 1);
 }
@@ -66,7 +63,7 @@ TEST_F(BlockPartyTest, TuesdayBlockEndsAtTwoSongs) {
     selection.BP_Artist = "Bruce";
     selection.BP_Count = 2;
     pick();
-    EXPECT_EQ(source, "NormSel");
+    EXPECT_EQ(source(), "NormSel");
     EXPECT_EQ(selection.BP_Count, 1);
 }
 
