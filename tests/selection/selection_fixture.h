@@ -55,7 +55,6 @@ class SelectionTest : public ::testing::Test {
         selection.hooks.on_pick = [this](const PickReport& report) { picks.push_back(report); };
     }
 
-    double now() const { return fake.clock.Now(); }
     void set_now(double date) { fake.clock.Set(date); }
 
     // A normal record that every rule lets through, with the fields given
