@@ -30,9 +30,9 @@ class RequestFixture : public ::testing::Test {
     static constexpr double kNow = 46091.0 + 10.0 / 24;
 
     explicit RequestFixture(double now = kNow) : fake(now) {
-        library_path = fake.home() / "qx1.mdb";
-        EXPECT_EQ(create_library_file(library_path, now), "");
-        library = pool.open(library_path, FileKind::Library).library;
+        const std::filesystem::path file = fake.home() / "qx1.mdb";
+        EXPECT_EQ(create_library_file(file, now), "");
+        library = pool.open(file, FileKind::Library).library;
         station.Act_Db = "c:\\tavora\\qx1.mdb";
         station.Run_Mode = 0;
         request = std::make_unique<Request>(station, fake.services, pool);
@@ -84,7 +84,6 @@ class RequestFixture : public ::testing::Test {
     FakeServices fake;
     Station station;
     LibraryPool pool;
-    std::filesystem::path library_path;
     std::shared_ptr<Library> library;
     std::unique_ptr<Request> request;
 };

@@ -24,7 +24,7 @@ class StatusFiles : public RequestFixture {
     int playing = 3;
 };
 
-TEST_F(StatusFiles, LinesWithBlockPartyAndWithRequests) {
+TEST_F(StatusFiles, LinesWithBlockPartyWithRequestsAndLessForLateSlots) {
     station.BP_On = true;
     station.BP_Block = 3;
     load();
@@ -48,14 +48,13 @@ TEST_F(StatusFiles, LinesWithBlockPartyAndWithRequests) {
               "Select A Song ** We have  12 Requests in our cue. We Are Playing Back your request "
               "right now!");
     EXPECT_EQ(status()[10], "Now - Artist");  // the history moved on by one
-}
 
-TEST_F(StatusFiles, LateSlotsDropTheTrailingLines) {
-    load();
-    EXPECT_EQ(status()[0], "Select A Song");
+    // Late slots drop the trailing lines.
+    station.Req_Avail = station.BP_On = false;
     station.Slot_Title[11] = "Eleven";
     station.Ply_Now = playing = 11;
     request->Stat_Write();
+    EXPECT_EQ(status()[0], "Select A Song");
     EXPECT_EQ(status().size(), 13u);
     station.Ply_Now = playing = 12;
     request->Stat_Write();

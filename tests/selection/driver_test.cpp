@@ -11,10 +11,6 @@ namespace {
 
 class DriverTest : public SelectionTest {
   protected:
-    void SetUp() override {
-        SelectionTest::SetUp();
-        selection.hooks.on_pick = [this](const PickReport& report) { picks.push_back(report); };
-    }
     // Moves the clock on, so a row just played is past a zero minimum time.
     void later() { fake.clock.Advance(1000); }
 
@@ -35,8 +31,6 @@ class DriverTest : public SelectionTest {
         selection.GetQry();
         return selection.Data3.RecordSource;
     }
-
-    std::vector<PickReport> picks;
 };
 
 TEST_F(DriverTest, RandomStartShiftsByTheClockSecondsButTwoRowsStartAtOne) {

@@ -9,16 +9,11 @@ namespace {
 // the run ends starved).
 class FilterTest : public SelectionTest {
   protected:
-    void SetUp() override {
-        SelectionTest::SetUp();
-        selection.hooks.on_pick = [this](const PickReport& report) { last = report; };
-    }
     bool accepted(int slot = 3) {
-        last = PickReport{PickReport::Way::Starved, 0, 0, ""};
+        picks.clear();
         pick(slot);
-        return last.way == PickReport::Way::Rules;
+        return !picks.empty() && picks.back().way == PickReport::Way::Rules;
     }
-    PickReport last;
 };
 
 // Rows judged alone, one after the other, each on its own hour of the
@@ -122,17 +117,14 @@ TEST_F(FilterTest, RequestIgnoresDaysWindowsAndLimitsAndUsesUpAPriority) {
                          {"Max Play Day", Value(1)},
                          {"Daily Reset", Value::date(kNow + 1)}});
     EXPECT_TRUE(accepted());
-    EXPECT_EQ(last.record_source, "SRequest");
+    EXPECT_EQ(picks.back().record_source, "SRequest");
     EXPECT_EQ(field(id, "Sel").number(), 0);
     EXPECT_EQ(station.Req_Open, 1);
 }
 
-TEST_F(FilterTest, RequestCountsDownButARecordPlayedSixTimesTodayLosesAll) {
-    const long id = add({{"Sel", Value(3)}, {"Min Time Between Plays", Value::date(0)}});
-    EXPECT_TRUE(accepted());
-    EXPECT_EQ(field(id, "Sel").number(), 2);
-    set(id, "How Many Today", Value(6));
-    fake.clock.Advance(1000);
+// The countdown by one is guarded by the driver's request order.
+TEST_F(FilterTest, RequestOfARecordPlayedSixTimesTodayLosesAllItsPriority) {
+    const long id = add({{"Sel", Value(3)}, {"How Many Today", Value(6)}});
     EXPECT_TRUE(accepted());
     EXPECT_EQ(field(id, "Sel").number(), 0);
 }
@@ -181,8 +173,8 @@ TEST_F(FilterTest, TimedPromoPlaysOnTheLookAheadClockEvenUnscheduled) {
     EXPECT_FALSE(accepted());
     station.Clock_Play = kNow;
     EXPECT_TRUE(accepted());
-    EXPECT_EQ(last.rec_id, promo);
-    EXPECT_EQ(last.record_source, "Timed Promo");
+    EXPECT_EQ(picks.back().rec_id, promo);
+    EXPECT_EQ(picks.back().record_source, "Timed Promo");
     EXPECT_EQ(selection.Sel_State, 0);
 }
 

@@ -136,7 +136,7 @@ TEST_F(ScheduleTest, OverrideRunsOnlyMarkedEntriesAndNothingWithoutOne) {
     EXPECT_EQ(station.Over_On, 0);
 }
 
-TEST_F(ScheduleTest, CategoryAtItsWeightDropsOutWhileAnotherHasWeight) {
+TEST_F(ScheduleTest, CategoryAtItsWeightDropsOutWhileAnotherHasWeightButNotBeforeTheNewDay) {
     entry({{"Type1", Value("POP")}});
     entry({{"Type1", Value("ROCK")}});
     set_weight("POP", "2", "0");
@@ -147,6 +147,10 @@ TEST_F(ScheduleTest, CategoryAtItsWeightDropsOutWhileAnotherHasWeight) {
     EXPECT_EQ(selected(), kRock);
     EXPECT_EQ(types.Label3.Caption, "ROCK, ");
     EXPECT_EQ(count_of("POP"), "2");
+    // Before the new day's time the spent category runs again.
+    set_now(46092.0 + TimeSerial(0, 30, 0));
+    EXPECT_EQ(selected(), (std::vector<double>{1, 1, 0}));
+    EXPECT_EQ(schedule.Label1.Caption, "Weight Limiter OFF");
 }
 
 TEST_F(ScheduleTest, WeightCycleRestartsWhenAllAreSpentOrTheFallbackWasUsed) {
@@ -165,18 +169,6 @@ TEST_F(ScheduleTest, WeightCycleRestartsWhenAllAreSpentOrTheFallbackWasUsed) {
     schedule.Check_Sched();
     EXPECT_EQ(count_of("POP"), "0");
     EXPECT_EQ(station.Fall_Used, 0);
-}
-
-TEST_F(ScheduleTest, WeightsAreOffBeforeTheNewDayTime) {
-    entry({{"Type1", Value("POP")}});
-    set_weight("POP", "2", "0");
-    set_weight("ROCK", "2", "1");
-    entry({{"Type1", Value("ROCK")}});
-    schedule.Check_Sched();  // ROCK still has weight, so no reset follows
-    set_weight("POP", "2", "5");
-    set_now(46092.0 + TimeSerial(0, 30, 0));
-    EXPECT_EQ(selected(), (std::vector<double>{1, 1, 0}));
-    EXPECT_EQ(schedule.Label1.Caption, "Weight Limiter OFF");
 }
 
 TEST_F(ScheduleTest, ThirtyButtonsAtMostAndEachTogglesItsMark) {

@@ -52,9 +52,9 @@ class SelectionTest : public ::testing::Test {
         station.Clock_Play = station.Clock_Sched = kNow;
         types.Form_Initialize();
         schedule.Form_Load();
+        selection.hooks.on_pick = [this](const PickReport& report) { picks.push_back(report); };
     }
 
-    double now() const { return fake.clock.Now(); }
     void set_now(double date) { fake.clock.Set(date); }
 
     // A normal record that every rule lets through, with the fields given
@@ -148,6 +148,7 @@ class SelectionTest : public ::testing::Test {
     frmTypeLookup types{station, fake.services, pool};
     Selection selection{station, fake.services, pool, main, loading, types};
     frmSchedule1 schedule{station, fake.services, pool, main, types, setup};
+    std::vector<PickReport> picks;  // every run's report, in order
     int added_ = 0;
 };
 
