@@ -39,16 +39,6 @@ class CdPlayer : public StationTest {
     std::filesystem::path disc;
 };
 
-// A new disc is catalogued, not cued: the stop button or the next reading of
-// the disc cues it.
-TEST_F(CdPlayer, TheDiscKeyComesFromItsTimesAndANewDiscIsNotCued) {
-    open_with_disc();
-    EXPECT_EQ(view(), "'ID = 116' loaded 1 play 1 eject 1 mode 0");
-    EXPECT_EQ(app->station.CD_Id, "CD116");
-    EXPECT_EQ(app->cd_player.Label2.Caption, "Tracks: 3  Total time: 04:00:24");
-    EXPECT_EQ(app->cd_player.CD_TrackLen[2], "00:50:00");
-}
-
 TEST_F(CdPlayer, ANewDiscIsCataloguedWithTypedTitlesUntilTheSkip) {
     for (const char* text : {"Blue Album", "Song One", "Singer", ""})
         fake.dialogs.QueueText(text);
@@ -79,8 +69,14 @@ TEST_F(CdPlayer, ANewDiscIsCataloguedWithTypedTitlesUntilTheSkip) {
     EXPECT_FALSE(app->playback.TimerViewer().Enabled());
 }
 
+// The disc key comes from its times. A new disc is catalogued, not cued; a
+// known one comes back with its rows, no questions, and cued.
 TEST_F(CdPlayer, AKnownDiscComesBackWithItsRowsAndNoQuestions) {
     open_with_disc();
+    EXPECT_EQ(view(), "'ID = 116' loaded 1 play 1 eject 1 mode 0");
+    EXPECT_EQ(app->station.CD_Id, "CD116");
+    EXPECT_EQ(app->cd_player.Label2.Caption, "Tracks: 3  Total time: 04:00:24");
+    EXPECT_EQ(app->cd_player.CD_TrackLen[2], "00:50:00");
     const std::size_t first_questions = asked().size();
     app->eject_cd();
     seconds(1);
