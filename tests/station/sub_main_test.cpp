@@ -13,7 +13,7 @@ class SubMain : public StationTest {
     }
 };
 
-TEST_F(SubMain, FirstStartReachesTheIdleStateWithDefaultFiles) {
+TEST_F(SubMain, FirstStartReachesTheIdleStateAndLeavingSavesTheSessionOnce) {
     ASSERT_TRUE(start());
     EXPECT_TRUE(asked().empty());
     EXPECT_EQ(read_file("qxbp.ini"),
@@ -28,6 +28,15 @@ TEST_F(SubMain, FirstStartReachesTheIdleStateWithDefaultFiles) {
               (std::vector<bool>{true, true, false, false}));
     EXPECT_EQ(app->qx_main.Panel(8).Text, "0");
     EXPECT_EQ(app->station.Log_Name, "C:\\tavora\\qxl39.log");
+
+    // Leaving saves the session once, however many ways it is asked for.
+    int ends = 0;
+    app->on_end = [&] { ++ends; };
+    app->station.BP_Block = 6;
+    app->qx_main.click("mnu_File_Exit");
+    app->Shutdown();
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(read_file("qxbp.ini").substr(0, 9), "0\r\n0\r\n6\r\n");
 }
 
 // The other lines read as in any session file.
@@ -114,17 +123,6 @@ TEST_F(SubMain, FailedCompactionLeavesTheSetupScreenAlone) {
     EXPECT_FALSE(app->qx_main.Visible);
     EXPECT_FALSE(app->request.Loaded);
     EXPECT_EQ(read_file("qx1.mdb"), "damaged");
-}
-
-TEST_F(SubMain, ShutdownSavesTheSessionOnce) {
-    ASSERT_TRUE(start());
-    int ends = 0;
-    app->on_end = [&] { ++ends; };
-    app->station.BP_Block = 6;
-    app->qx_main.click("mnu_File_Exit");
-    app->Shutdown();
-    EXPECT_EQ(ends, 1);
-    EXPECT_EQ(read_file("qxbp.ini").substr(0, 9), "0\r\n0\r\n6\r\n");
 }
 
 TEST_F(SubMain, LogViewerHandsTheChosenLogToTheTextViewer) {
