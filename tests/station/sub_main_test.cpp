@@ -6,12 +6,7 @@
 namespace tavora {
 namespace {
 
-class SubMain : public StationTest {
-  protected:
-    void set_setup(const std::string& field, const Value& value) {
-        edit_rows("Setup.mdb", "Setup", {{field, value}});
-    }
-};
+using SubMain = StationTest;
 
 TEST_F(SubMain, FirstStartReachesTheIdleStateAndLeavingSavesTheSessionOnce) {
     ASSERT_TRUE(start());
@@ -51,8 +46,8 @@ TEST_F(SubMain, OldSixteenLineSettingsKeepOneSnipit) {
 // Auto start gives run mode two on the local drive; a library on another
 // drive means remote use, without compaction and with auto start overruled.
 TEST_F(SubMain, AutoStartRunsLocallyAndALibraryOnAnotherDriveMeansRemoteUse) {
-    set_setup("Use Playlist", Value::boolean(true));
-    set_setup("Use Schedule", Value::boolean(true));
+    edit_rows("Setup.mdb", "Setup",
+              {{"Use Playlist", Value::boolean(true)}, {"Use Schedule", Value::boolean(true)}});
     ASSERT_TRUE(start());
     EXPECT_EQ(app->station.Run_Mode, 2);
     EXPECT_TRUE(files::Exists(home() / "qxlast.mdb"));
@@ -61,7 +56,7 @@ TEST_F(SubMain, AutoStartRunsLocallyAndALibraryOnAnotherDriveMeansRemoteUse) {
     std::filesystem::create_directories(home() / "share");
     fake.paths.SetDrive('d', home() / "share");
     ASSERT_TRUE(files::Copy(home() / "qx1.mdb", home() / "share" / "qx1.mdb"));
-    set_setup("Active Database", Value("D:\\qx1.mdb"));
+    edit_rows("Setup.mdb", "Setup", {{"Active Database", Value("D:\\qx1.mdb")}});
     ASSERT_TRUE(start());
     EXPECT_EQ(app->station.Run_Mode, 1);
     EXPECT_FALSE(files::Exists(home() / "qxlast.mdb"));
@@ -94,7 +89,7 @@ TEST_F(SubMain, CategoryOverrideMenuStaysOffWhileItsWindowIsOpen) {
 
 // An empty answer ends the program; a wrong one offers the default.
 TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFoundOrTheProgramEnds) {
-    set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
+    edit_rows("Setup.mdb", "Setup", {{"Active Database", Value("c:\\tavora\\gone.mdb")}});
     fake.dialogs.Queue(Answer::Cancel);
     EXPECT_FALSE(start());
     EXPECT_TRUE(app->ended());
