@@ -18,20 +18,15 @@ struct Decoded {
     double rms = 0;      // over every sample of every channel
 };
 
-// One sample of a float or 16-bit frame, planar or packed, as a float.
+// One sample of a float frame, planar or packed. The decoders of every codec
+// the encoder writes give floats; anything else reads as silence and fails.
 inline double sample_of(const AVFrame& frame, int channel, int i) {
     const auto format = static_cast<AVSampleFormat>(frame.format);
     const bool planar = av_sample_fmt_is_planar(format);
     const int at = planar ? i : i * frame.ch_layout.nb_channels + channel;
     const uint8_t* data = frame.extended_data[planar ? channel : 0];
-    switch (av_get_packed_sample_fmt(format)) {
-        case AV_SAMPLE_FMT_FLT:
-            return reinterpret_cast<const float*>(data)[at];
-        case AV_SAMPLE_FMT_S16:
-            return reinterpret_cast<const short*>(data)[at] / 32768.0;
-        default:
-            return 0;
-    }
+    if (av_get_packed_sample_fmt(format) != AV_SAMPLE_FMT_FLT) return 0;
+    return reinterpret_cast<const float*>(data)[at];
 }
 
 // Decodes at most `max_seconds` of the first audio stream of `url`.

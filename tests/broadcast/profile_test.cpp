@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "broadcast/profile.h"
-#include "station/install.h"
-#include "test_folder.h"
 
 namespace tavora {
 namespace {
@@ -44,22 +42,6 @@ TEST(Profile, ABadProfileSaysWhatIsWrongWithIt) {
         EXPECT_FALSE(read.profile) << text;
         EXPECT_EQ(read.error, error) << text;
     }
-}
-
-TEST(Profile, InstallWritesTheMissingProfilesAndKeepsAnEditedOne) {
-    TestFolder folder;
-    const auto home = folder.path() / "tavora";
-    folder.Write("tavora/mp3lanf.asd", "codec = mp3\nbitrate = 96\nfile = c:\\mine.asf\n");
-    const InstallReport report = install_station(home, 46000);
-    ASSERT_EQ(report.error, "");
-    for (const auto& [name, profile] : StandardProfiles()) {
-        const ProfileRead read = ReadProfile(home / name);
-        ASSERT_TRUE(read.profile) << name << ": " << read.error;
-        EXPECT_EQ(read.profile->bitrate_kbps, name == "mp3lanf.asd" ? 96 : profile.bitrate_kbps)
-            << name;
-    }
-    EXPECT_EQ(ReadProfile(home / "nothing.asd").error,
-              "cannot read " + (home / "nothing.asd").string());
 }
 
 }  // namespace

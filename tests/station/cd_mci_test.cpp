@@ -56,7 +56,7 @@ class CdMci : public ::testing::Test {
     MciCdAudio mci;
 };
 
-TEST_F(CdMci, ADiscReadsAndPlaysAsADriveAtSeventyFiveFramesASecond) {
+TEST_F(CdMci, ADiscReadsAndPlaysAsADriveAtSeventyFiveFramesASecondUntilTakenOut) {
     insert_three_tracks();
     open_tmsf();
     EXPECT_EQ(replies({"status cd media present", "status cd number of tracks wait",
@@ -76,6 +76,13 @@ TEST_F(CdMci, ADiscReadsAndPlaysAsADriveAtSeventyFiveFramesASecond) {
     EXPECT_EQ(replies({"stop cd wait", "seek cd to 3", "status cd position", "play cd from 3:01:59",
                        "+3", "status cd mode", "status cd position"}),
               "ok|ok|03:00:00:00|ok|stopped|03:02:00:03");
+    // A disc taken out while playing stops the sound.
+    ASSERT_EQ(replies({"play cd", "+2"}), "ok");
+    ASSERT_TRUE(deck.playing());
+    image.eject();
+    EXPECT_EQ(send("status cd media present"), "false");
+    EXPECT_FALSE(deck.playing());
+    EXPECT_EQ(replies({"status cd mode", "set cd door open"}), "not ready|ok");
 }
 
 TEST_F(CdMci, FailuresGetTheCodesOfMci) {
@@ -133,17 +140,6 @@ TEST_F(CdMci, ACueSheetPutsSeveralTracksInOneFile) {
                        "status cd position", "play cd from 3", "+2", "status cd position",
                        "play cd from 3:00:38", "+3", "status cd mode", "status cd position"}),
               "3|00:20:03|00:39:72|ok|02:00:01:00|ok|03:00:02:00|ok|stopped|03:00:39:72");
-}
-
-TEST_F(CdMci, ADiscTakenOutWhilePlayingStopsTheSound) {
-    insert_three_tracks();
-    open_tmsf();
-    ASSERT_EQ(replies({"play cd", "+2"}), "ok");
-    ASSERT_TRUE(deck.playing());
-    image.eject();
-    EXPECT_EQ(send("status cd media present"), "false");
-    EXPECT_FALSE(deck.playing());
-    EXPECT_EQ(replies({"status cd mode", "set cd door open"}), "not ready|ok");
 }
 
 // Lengths past an hour stay in minutes, as a disc's do.

@@ -32,22 +32,9 @@ class CdPlayer : public StationTest {
                std::to_string(cd.play.Enabled) + " eject " + std::to_string(cd.eject.Enabled) +
                " mode " + std::to_string(app->station.CD_Mode);
     }
-    std::vector<std::string> cd_rows(const std::vector<std::string>& columns) const {
-        return rows("CDNow", columns);
-    }
 
     std::filesystem::path disc;
 };
-
-// A new disc is catalogued, not cued: the stop button or the next reading of
-// the disc cues it.
-TEST_F(CdPlayer, TheDiscKeyComesFromItsTimesAndANewDiscIsNotCued) {
-    open_with_disc();
-    EXPECT_EQ(view(), "'ID = 116' loaded 1 play 1 eject 1 mode 0");
-    EXPECT_EQ(app->station.CD_Id, "CD116");
-    EXPECT_EQ(app->cd_player.Label2.Caption, "Tracks: 3  Total time: 04:00:24");
-    EXPECT_EQ(app->cd_player.CD_TrackLen[2], "00:50:00");
-}
 
 TEST_F(CdPlayer, ANewDiscIsCataloguedWithTypedTitlesUntilTheSkip) {
     for (const char* text : {"Blue Album", "Song One", "Singer", ""})
@@ -65,22 +52,28 @@ TEST_F(CdPlayer, ANewDiscIsCataloguedWithTypedTitlesUntilTheSkip) {
                   "Enter Artist: Enter Artist For Track#1", "Enter Title: Enter Title For Track#2",
                   skip, "Enter Artist: Enter Artist For Track#2",
                   "Enter Title: Enter Title For Track#3", skip}));
-    EXPECT_EQ(
-        cd_rows({"Title", "Artist", "Long title", "Disc Title", "CD Track", "CD On", "Length"}),
-        (std::vector<std::string>{
-            "Song One|Singer|CD116 1|CD Media - Blue Album|1|On|12:01:10 AM",
-            "Track 2|Other Singer|CD116 2|CD Media - Blue Album|2|On|12:00:50 AM",
-            "Track 3|CD116|CD116 3|CD Media - Blue Album|3|On|12:02:00 AM",
-        }));
-    EXPECT_EQ(cd_rows({"Format", "Mix Out", "Max Play Day", "Max Play Week", "Max Month",
-                       "Min Time Between Plays"}),
+    EXPECT_EQ(rows("CDNow",
+                   {"Title", "Artist", "Long title", "Disc Title", "CD Track", "CD On", "Length"}),
+              (std::vector<std::string>{
+                  "Song One|Singer|CD116 1|CD Media - Blue Album|1|On|12:01:10 AM",
+                  "Track 2|Other Singer|CD116 2|CD Media - Blue Album|2|On|12:00:50 AM",
+                  "Track 3|CD116|CD116 3|CD Media - Blue Album|3|On|12:02:00 AM",
+              }));
+    EXPECT_EQ(rows("CDNow", {"Format", "Mix Out", "Max Play Day", "Max Play Week", "Max Month",
+                             "Min Time Between Plays"}),
               std::vector<std::string>(3, "CD116|9|12|80|320|1:00:00 AM"));
     // The station was idle: typing the titles doesn't start the transport.
     EXPECT_FALSE(app->playback.TimerViewer().Enabled());
 }
 
+// The disc key comes from its times. A new disc is catalogued, not cued; a
+// known one comes back with its rows, no questions, and cued.
 TEST_F(CdPlayer, AKnownDiscComesBackWithItsRowsAndNoQuestions) {
     open_with_disc();
+    EXPECT_EQ(view(), "'ID = 116' loaded 1 play 1 eject 1 mode 0");
+    EXPECT_EQ(app->station.CD_Id, "CD116");
+    EXPECT_EQ(app->cd_player.Label2.Caption, "Tracks: 3  Total time: 04:00:24");
+    EXPECT_EQ(app->cd_player.CD_TrackLen[2], "00:50:00");
     const std::size_t first_questions = asked().size();
     app->eject_cd();
     seconds(1);
@@ -93,13 +86,13 @@ TEST_F(CdPlayer, AKnownDiscComesBackWithItsRowsAndNoQuestions) {
     EXPECT_EQ(view(), "'ID = 116' loaded 1 play 1 eject 1 mode 1");
     ASSERT_EQ(app->cd_player.DBGrid1.List.size(), 3u);
     EXPECT_EQ(app->cd_player.DBGrid1.List[1], "2  Track 2 - CD116  On");
-    EXPECT_EQ(cd_rows({"Format"}).size(), 3u);
+    EXPECT_EQ(rows("CDNow", {"Format"}).size(), 3u);
 }
 
 TEST_F(CdPlayer, ATrackSwitchedOffIsSkipped) {
     open_with_disc();
     switch_off_track_2();
-    EXPECT_EQ(cd_rows({"CD on"}), (std::vector<std::string>{"On", "Off", "On"}));
+    EXPECT_EQ(rows("CDNow", {"CD on"}), (std::vector<std::string>{"On", "Off", "On"}));
     Form1& cd = app->cd_player;
     cd.click("play");
     seconds(2);
@@ -159,7 +152,7 @@ TEST_F(CdPlayer, ADiscWhoseKeyAnotherDiscHoldsIsSaidAndNothingIsWritten) {
     open_with_disc();
     EXPECT_EQ(asked(), std::vector<std::string>{"Same CD ID: Another disc is catalogued under ID = "
                                                 "116. Its titles are shown for this disc."});
-    EXPECT_EQ(cd_rows({"Title"}), (std::vector<std::string>{"Other 1", "Other 2"}));
+    EXPECT_EQ(rows("CDNow", {"Title"}), (std::vector<std::string>{"Other 1", "Other 2"}));
     EXPECT_EQ(app->station.CD_Mode, 1);
 }
 
@@ -205,7 +198,7 @@ TEST_F(CdPlayer, ADataDiscIsReadAsOneTrackAndNeitherCataloguedNorCued) {
     EXPECT_TRUE(asked().empty());
     EXPECT_EQ(app->cd_player.CD_Tracks, 1);
     EXPECT_EQ(view(), "'' loaded 0 play 0 eject 1 mode 0");
-    EXPECT_TRUE(cd_rows({"Format"}).empty());
+    EXPECT_TRUE(rows("CDNow", {"Format"}).empty());
 }
 
 TEST_F(CdPlayer, NoDriveAndNoDiscAreToldAndTheStationGoesOn) {

@@ -45,11 +45,18 @@ TEST(Install, MakesTheFolderAndNeverOverwritesWhatIsThere) {
     const std::string before = folder.Read(home / "qx1.mdb");
     fs::remove(home / "Setup.mdb");
     folder.Write("tavora/manual/tqxops.htm", "our own help");
+    folder.Write("tavora/mp3lanf.asd", "codec = mp3\nbitrate = 96\nfile = c:\\mine.asf\n");
     const InstallReport second = install_station(home, kNow + 1);
     ASSERT_EQ(second.error, "");
     EXPECT_EQ(second.made, std::vector<std::string>{(home / "Setup.mdb").string()});
     EXPECT_EQ(folder.Read(home / "qx1.mdb"), before);
     EXPECT_EQ(folder.Read(home / "manual" / "tqxops.htm"), "our own help");
+    for (const auto& [name, profile] : StandardProfiles()) {
+        const ProfileRead read = ReadProfile(home / name);
+        ASSERT_TRUE(read.profile) << name << ": " << read.error;
+        EXPECT_EQ(read.profile->bitrate_kbps, name == "mp3lanf.asd" ? 96 : profile.bitrate_kbps)
+            << name;
+    }
 }
 
 TEST(Install, AFolderThatIsAFileIsAClearFailure) {

@@ -64,14 +64,15 @@ class StationTest : public ::testing::Test {
         Recordset rs = OpenRecordset(open(home() / file), table);
         for (; !rs.IsEOF(); rs.MoveNext()) {
             rs.Edit();
-            for (const auto& [name, value] : fields)
-                rs.SetField(name, value);
-            ASSERT_TRUE(rs.Update()) << rs.error();
+            set(rs, fields);
         }
     }
     void add_row(const char* table, const Fields& fields) {
         Recordset rs = OpenRecordset(open(home() / "qx1.mdb"), table);
         rs.AddNew();
+        set(rs, fields);
+    }
+    static void set(Recordset& rs, const Fields& fields) {
         for (const auto& [name, value] : fields)
             rs.SetField(name, value);
         ASSERT_TRUE(rs.Update()) << rs.error();

@@ -6,14 +6,9 @@
 namespace tavora {
 namespace {
 
-class SubMain : public StationTest {
-  protected:
-    void set_setup(const std::string& field, const Value& value) {
-        edit_rows("Setup.mdb", "Setup", {{field, value}});
-    }
-};
+using SubMain = StationTest;
 
-TEST_F(SubMain, FirstStartReachesTheIdleStateWithDefaultFiles) {
+TEST_F(SubMain, FirstStartReachesTheIdleStateAndLeavingSavesTheSessionOnce) {
     ASSERT_TRUE(start());
     EXPECT_TRUE(asked().empty());
     EXPECT_EQ(read_file("qxbp.ini"),
@@ -28,6 +23,15 @@ TEST_F(SubMain, FirstStartReachesTheIdleStateWithDefaultFiles) {
               (std::vector<bool>{true, true, false, false}));
     EXPECT_EQ(app->qx_main.Panel(8).Text, "0");
     EXPECT_EQ(app->station.Log_Name, "C:\\tavora\\qxl39.log");
+
+    // Leaving saves the session once, however many ways it is asked for.
+    int ends = 0;
+    app->on_end = [&] { ++ends; };
+    app->station.BP_Block = 6;
+    app->qx_main.click("mnu_File_Exit");
+    app->Shutdown();
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(read_file("qxbp.ini").substr(0, 9), "0\r\n0\r\n6\r\n");
 }
 
 // The other lines read as in any session file.
@@ -39,12 +43,20 @@ TEST_F(SubMain, OldSixteenLineSettingsKeepOneSnipit) {
     EXPECT_EQ(app->station.Snip_Max, 1);
 }
 
-TEST_F(SubMain, LibraryOnAnotherDriveMeansRemoteUseWithoutCompaction) {
+// Auto start gives run mode two on the local drive; a library on another
+// drive means remote use, without compaction and with auto start overruled.
+TEST_F(SubMain, AutoStartRunsLocallyAndALibraryOnAnotherDriveMeansRemoteUse) {
+    edit_rows("Setup.mdb", "Setup",
+              {{"Use Playlist", Value::boolean(true)}, {"Use Schedule", Value::boolean(true)}});
+    ASSERT_TRUE(start());
+    EXPECT_EQ(app->station.Run_Mode, 2);
+    EXPECT_TRUE(files::Exists(home() / "qxlast.mdb"));
+
+    std::filesystem::remove(home() / "qxlast.mdb");
     std::filesystem::create_directories(home() / "share");
     fake.paths.SetDrive('d', home() / "share");
     ASSERT_TRUE(files::Copy(home() / "qx1.mdb", home() / "share" / "qx1.mdb"));
-    set_setup("Active Database", Value("D:\\qx1.mdb"));
-    set_setup("Use Schedule", Value::boolean(true));  // auto start, overruled
+    edit_rows("Setup.mdb", "Setup", {{"Active Database", Value("D:\\qx1.mdb")}});
     ASSERT_TRUE(start());
     EXPECT_EQ(app->station.Run_Mode, 1);
     EXPECT_FALSE(files::Exists(home() / "qxlast.mdb"));
@@ -53,14 +65,6 @@ TEST_F(SubMain, LibraryOnAnotherDriveMeansRemoteUseWithoutCompaction) {
     EXPECT_EQ(app->station.Run_Mode, 1);
     app->qx_main.click("mnu_File");
     EXPECT_FALSE(app->qx_main.mnu_File_Run.Enabled);
-}
-
-TEST_F(SubMain, AutoStartOnTheLocalDriveGivesRunModeTwo) {
-    set_setup("Use Playlist", Value::boolean(true));
-    set_setup("Use Schedule", Value::boolean(true));
-    ASSERT_TRUE(start());
-    EXPECT_EQ(app->station.Run_Mode, 2);
-    EXPECT_TRUE(files::Exists(home() / "qxlast.mdb"));
 }
 
 TEST_F(SubMain, StartUpGivesEveryCategoryItsWorkingWeight) {
@@ -83,26 +87,26 @@ TEST_F(SubMain, CategoryOverrideMenuStaysOffWhileItsWindowIsOpen) {
     EXPECT_TRUE(app->qx_main.Catover.Enabled);
 }
 
-TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFound) {
-    set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
-    fake.dialogs.QueueText("c:\\tavora\\nowhere.mdb");
-    fake.dialogs.Queue(Answer::Yes);  // try the default
-    ASSERT_TRUE(start());
-    EXPECT_EQ(fake.dialogs.shown()[0].request.default_text, "c:\\tavora\\gone.mdb");
-    const std::vector<std::string> expected{
-        "TQXMS DATABASE MISSING!!!: " + fake.dialogs.shown()[0].request.text,
-        "Ouch!: THAT Didn't Work! Do you want to try the default (c:\\tavora\\qx1.mdb)?",
-        ": Your Database hase been changed to: c:\\tavora\\qx1.mdb"};
-    EXPECT_EQ(asked(), expected);
-    EXPECT_EQ(app->station.Act_Db, "c:\\tavora\\qx1.mdb");
-}
-
-TEST_F(SubMain, EmptyAnswerToTheLibraryQuestionEndsTheProgram) {
-    set_setup("Active Database", Value("c:\\tavora\\gone.mdb"));
+// An empty answer ends the program; a wrong one offers the default.
+TEST_F(SubMain, MissingLibraryAskedForUntilOneIsFoundOrTheProgramEnds) {
+    edit_rows("Setup.mdb", "Setup", {{"Active Database", Value("c:\\tavora\\gone.mdb")}});
     fake.dialogs.Queue(Answer::Cancel);
     EXPECT_FALSE(start());
     EXPECT_TRUE(app->ended());
     EXPECT_FALSE(app->qx_main.Visible);
+
+    fake.dialogs.QueueText("c:\\tavora\\nowhere.mdb");
+    fake.dialogs.Queue(Answer::Yes);  // try the default
+    ASSERT_TRUE(start());
+    const auto& question = fake.dialogs.shown()[1].request;
+    EXPECT_EQ(question.default_text, "c:\\tavora\\gone.mdb");
+    const std::string missing = "TQXMS DATABASE MISSING!!!: " + question.text;
+    const std::vector<std::string> expected{
+        missing, missing,
+        "Ouch!: THAT Didn't Work! Do you want to try the default (c:\\tavora\\qx1.mdb)?",
+        ": Your Database hase been changed to: c:\\tavora\\qx1.mdb"};
+    EXPECT_EQ(asked(), expected);
+    EXPECT_EQ(app->station.Act_Db, "c:\\tavora\\qx1.mdb");
 }
 
 TEST_F(SubMain, FailedCompactionLeavesTheSetupScreenAlone) {
@@ -114,17 +118,6 @@ TEST_F(SubMain, FailedCompactionLeavesTheSetupScreenAlone) {
     EXPECT_FALSE(app->qx_main.Visible);
     EXPECT_FALSE(app->request.Loaded);
     EXPECT_EQ(read_file("qx1.mdb"), "damaged");
-}
-
-TEST_F(SubMain, ShutdownSavesTheSessionOnce) {
-    ASSERT_TRUE(start());
-    int ends = 0;
-    app->on_end = [&] { ++ends; };
-    app->station.BP_Block = 6;
-    app->qx_main.click("mnu_File_Exit");
-    app->Shutdown();
-    EXPECT_EQ(ends, 1);
-    EXPECT_EQ(read_file("qxbp.ini").substr(0, 9), "0\r\n0\r\n6\r\n");
 }
 
 TEST_F(SubMain, LogViewerHandsTheChosenLogToTheTextViewer) {
