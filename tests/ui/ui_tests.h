@@ -28,7 +28,7 @@ class DesktopTest : public QObject {
     void runFillsTheViewerWithTheAiredTitles();
     void rowPressRaisesTheRequest();
     void onAirPopUpCountsDown();
-    void menuItemsWithoutAWindowAreGreyed();
+    void menuItemsOpenTheirWindows();
     void missingLibraryIsAskedFor();
     void exitEndsTheApplication();
 };
