@@ -6,9 +6,8 @@
 class BinderTest : public QObject {
     Q_OBJECT
   private slots:
-    void stateReachesEveryKindOfWidget();
+    void stateAndCloseBoxReachEveryKindOfWidget();
     void widgetEventsReachTheHandlers();
-    void windowFollowsVisibleAndCloseBox();
 };
 
 class DialogsTest : public QObject {
@@ -29,8 +28,7 @@ class DesktopTest : public QObject {
     void rowPressRaisesTheRequest();
     void onAirPopUpCountsDown();
     void menuItemsOpenTheirWindows();
-    void missingLibraryIsAskedFor();
-    void exitEndsTheApplication();
+    void missingLibraryIsAskedForAndExitEndsTheApplication();
 };
 
 // The hand-made windows and their data grids, on one desktop.
