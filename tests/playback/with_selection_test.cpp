@@ -72,7 +72,7 @@ TEST_F(WithSelection, ALibraryOfCdTracksOnlyStopsTheRunAtOnceAndLogsWhy) {
     EXPECT_EQ(air.stops, std::vector<std::string>{Playback::kNothingPlayable});
     fake.loop.run_for(1000);
     EXPECT_TRUE(air.changes.empty()) << "the old set does not air";
-    EXPECT_EQ(test::read_text(fake.home() / "starved.log"),
+    EXPECT_EQ(fake.folder.Read(fake.home() / "starved.log"),
               std::string(Playback::kNothingPlayable) + "\r\n");
 }
 
