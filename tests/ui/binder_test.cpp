@@ -28,7 +28,6 @@ namespace {
 class TestForm : public Form {
   public:
     TestForm() : Form("TestForm") {
-        Caption = "Test Window";
         for (int i = 1; i <= 3; ++i)
             add("RB", i);
         const auto index = [](int i) { return std::to_string(i); };
