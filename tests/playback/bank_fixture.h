@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "stand_ins.h"
@@ -12,11 +10,6 @@ namespace tavora::test {
 
 inline std::string media_folder() {
     return TAVORA_PLAYBACK_MEDIA;
-}
-
-inline std::string read_text(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // The rig as a fixture, with eight songs of two and a half to four and a
@@ -37,7 +30,7 @@ class BankTest : public ::testing::Test, public BankRig {
     }
     bool plays(int n) { return playback->Players(n).PlayState() == MediaPlayer::kPlaying; }
     const DialogRequest& asked() { return fake.dialogs.shown().back().request; }
-    std::string log_text() { return read_text(fake.paths.ToNative(station.Log_Name).path); }
+    std::string log_text() { return fake.folder.Read(fake.paths.ToNative(station.Log_Name).path); }
 };
 
 }  // namespace tavora::test

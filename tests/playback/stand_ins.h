@@ -49,12 +49,11 @@ class FakeSelection {
     explicit FakeSelection(Station& station) : station_(station) {}
 
     std::vector<Song> songs;
-    bool nothing = false;  // starves, as on a library of CD tracks only
     int picks = 0;
     int schedule_checks = 0;
 
     void auto_run() {
-        station_.Sel_Starved = nothing || songs.empty() ? 1 : 0;
+        station_.Sel_Starved = songs.empty() ? 1 : 0;
         if (station_.Sel_Starved != 0) return;
         const std::size_t index = static_cast<std::size_t>(picks++) % songs.size();
         put(station_, station_.Cue_Slot, songs[index], static_cast<long>(index) + 1);

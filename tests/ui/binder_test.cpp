@@ -28,7 +28,6 @@ namespace {
 class TestForm : public Form {
   public:
     TestForm() : Form("TestForm") {
-        Caption = "Test Window";
         for (int i = 1; i <= 3; ++i)
             add("RB", i);
         const auto index = [](int i) { return std::to_string(i); };
@@ -109,9 +108,11 @@ struct Bench {
 
 }  // namespace
 
-void BinderTest::stateReachesEveryKindOfWidget() {
+void BinderTest::stateAndCloseBoxReachEveryKindOfWidget() {
     Bench b;
     TestForm& f = b.form;
+    b.binder.sync();
+    QVERIFY(!b.window.isVisible());
     f.Visible = true;
     f.Caption = "Now Playing";
     f.RB(2).Caption = "Hotel California";
@@ -134,7 +135,6 @@ void BinderTest::stateReachesEveryKindOfWidget() {
     b.binder.sync();
 
     QCOMPARE(b.window.windowTitle(), QString("Now Playing"));
-    QVERIFY(b.window.isVisible());
     auto* rb2 = b.widget<QPushButton>("RB_2");
     QCOMPARE(rb2->text(), QString("Hotel California"));
     QCOMPARE(rb2->toolTip(), QString("N E W  S E L E C T I O N"));
@@ -167,6 +167,25 @@ void BinderTest::stateReachesEveryKindOfWidget() {
     QCOMPARE(rb2->palette().color(QPalette::Button),
              b.widget<QPushButton>("RB_1")->palette().color(QPalette::Button));
     QCOMPARE(rb2->text(), QString("Desperado"));
+
+    // The close box asks the rules first.
+    bool keep = true;
+    f.QueryUnload = [&keep] { return !keep; };
+    b.window.close();
+    QVERIFY(b.window.isVisible());
+    QVERIFY(f.Visible);
+    keep = false;
+    b.window.close();
+    QVERIFY(!b.window.isVisible());
+    QVERIFY(!f.Visible);
+
+    // Reopened, it shows what the rules left meanwhile.
+    f.Label1.Caption = "changed while hidden";
+    b.binder.sync();
+    f.Visible = true;
+    b.binder.sync();
+    QVERIFY(b.window.isVisible());
+    QCOMPARE(label->text(), QString("changed while hidden"));
 }
 
 void BinderTest::widgetEventsReachTheHandlers() {
@@ -206,33 +225,4 @@ void BinderTest::widgetEventsReachTheHandlers() {
     b.widget<QAction>("mnu_Later")->trigger();
     QCOMPARE(f.events, expected);
     QVERIFY(!b.widget<QPushButton>("RB_1")->isEnabled());
-}
-
-void BinderTest::windowFollowsVisibleAndCloseBox() {
-    Bench b;
-    b.binder.sync();
-    QVERIFY(!b.window.isVisible());
-    b.form.Visible = true;
-    b.form.Label1.Caption = "left by the rules";
-    b.binder.sync();
-    QVERIFY(b.window.isVisible());
-
-    bool keep = true;
-    b.form.QueryUnload = [&keep] { return !keep; };
-    b.window.close();
-    QVERIFY(b.window.isVisible());
-    QVERIFY(b.form.Visible);
-
-    keep = false;
-    b.window.close();
-    QVERIFY(!b.window.isVisible());
-    QVERIFY(!b.form.Visible);
-
-    // Reopened, it shows what the rules left meanwhile.
-    b.form.Label1.Caption = "changed while hidden";
-    b.binder.sync();
-    b.form.Visible = true;
-    b.binder.sync();
-    QVERIFY(b.window.isVisible());
-    QCOMPARE(b.widget<QLabel>("Label1")->text(), QString("changed while hidden"));
 }

@@ -6,9 +6,8 @@
 class BinderTest : public QObject {
     Q_OBJECT
   private slots:
-    void stateReachesEveryKindOfWidget();
+    void stateAndCloseBoxReachEveryKindOfWidget();
     void widgetEventsReachTheHandlers();
-    void windowFollowsVisibleAndCloseBox();
 };
 
 class DialogsTest : public QObject {
@@ -28,9 +27,8 @@ class DesktopTest : public QObject {
     void runFillsTheViewerWithTheAiredTitles();
     void rowPressRaisesTheRequest();
     void onAirPopUpCountsDown();
-    void menuItemsWithoutAWindowAreGreyed();
-    void missingLibraryIsAskedFor();
-    void exitEndsTheApplication();
+    void menuItemsOpenTheirWindows();
+    void missingLibraryIsAskedForAndExitEndsTheApplication();
 };
 
 // The hand-made windows and their data grids, on one desktop.
