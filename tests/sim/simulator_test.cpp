@@ -10,6 +10,29 @@ namespace fs = std::filesystem;
 
 using Simulator = SimStation;
 
+// Just after midnight, before the daily playlist run is due at half past,
+// nothing but the script starts the players.
+TEST_F(Simulator, TheScriptStartsTheRunAndAnswersItsDialogs) {
+    auto_start(false);
+    const double night = kStart - 14.0 / 24.0 + 2.0 / 1440.0;
+    const SimRun run = simulate("25",
+                                "00:01:00 click QXMain.mnu_File_Run\n"
+                                "# a second Run while the players play asks first\n"
+                                "00:10:00 answer Cancel\n"
+                                "00:10:00 click QXMain.mnu_File_Run\n",
+                                true, {}, night);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.lines("DIALOG"),
+              std::vector<std::string>{"DIALOG 2026-11-23 00:12:00.000 \"UNLOAD WARNING\" "
+                                       "\"This Will unload and STOP the Wave Players! Are You Sure "
+                                       "you want to do this?\" -> Cancel"});
+    const auto aired = run.lines("AIR");
+    ASSERT_FALSE(aired.empty());
+    EXPECT_GE(time_of(aired.front()), "2026-11-23 00:03:00") << "aired before the click";
+    EXPECT_GT(time_of(aired.back()), "2026-11-23 00:17:00") << "the Cancel kept it playing";
+    expect_aired_what_was_picked(run);
+}
+
 // A line the parser refuses is stopped the same way; see Script below.
 TEST_F(Simulator, AnUnknownControlIsReportedAndNothingRuns) {
     expected_code_ = 2;
