@@ -6,8 +6,12 @@ PlayerDeck::PlayerDeck(std::unique_ptr<MediaPlayer> player) : player_(std::move(
     player_->PlayStateChange = [this](int, int) {
         const int state = player_->PlayState();
         if (state_changed) state_changed(state);
+        // While a play waits for an open no change is an end: the open may be
+        // told before the change that closed the old file, which then reads
+        // as the new file stopped, until the waiting play starts it.
+        const bool waited = waiting_from_ >= 0;
         start_if_waiting();
-        if (state == MediaPlayer::kStopped && !commanded_ && waiting_from_ < 0 && ended) ended();
+        if (state == MediaPlayer::kStopped && !commanded_ && !waited && ended) ended();
     };
 }
 
