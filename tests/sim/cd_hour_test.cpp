@@ -9,18 +9,28 @@
 namespace tavora {
 namespace {
 
-// The view opens, the new disc is catalogued with its defaults, and the stop
-// button cues the disc.
-constexpr const char* kCue = "00:00:05 click frmViewer.CDButt\n00:00:08 click Form1.stopbtn\n";
+// 01:20:00, 01:00:00, 01:30:00 and 01:10:00 at 75 frames a second: a disc of
+// 05:00:00 whose key is (5 + 0 + 0) * 4 + (1 + 20 + 0) = 41.
+const std::vector<long> kFrames{80 * 75, 60 * 75, 90 * 75, 70 * 75};
 
+// The view opens, the new disc is catalogued with its defaults but tracks 2
+// and 4 switched off, and the stop button cues the disc.
+constexpr const char* kCue =
+    "00:00:05 click frmViewer.CDButt\n"
+    "00:00:07 set Form1.DBGrid1 2  Track 2 - CD41  On\n"
+    "00:00:07 set Form1.TrackOn 0\n"
+    "00:00:07 set Form1.DBGrid1 4  Track 4 - CD41  On\n"
+    "00:00:07 set Form1.TrackOn 0\n"
+    "00:00:08 click Form1.stopbtn\n";
+
+// The CD's sound goes through the engine: the mix itself is measured.
 class CdHour : public SimStation {
   protected:
-    SimRun hour(const std::vector<long>& frames, const std::string& script, bool probe = true,
-                int minutes = 60) {
+    SimRun hour(const std::string& script, int minutes) {
         cd_image_ = folder_.path() / "disc";
-        make_disc(cd_image_, frames);
+        make_disc(cd_image_, kFrames);
         auto_start(true);
-        return simulate(std::to_string(minutes), script, probe);
+        return simulate(std::to_string(minutes), script, false);
     }
 };
 
@@ -37,17 +47,9 @@ auto cd_on_air(const std::vector<std::string>& air) {
     });
 }
 
-TEST_F(CdHour, TheCdTakesTheAirAtSetEndsWithItsWantedTracksInTurn) {
-    // 01:20:00, 01:00:00, 01:30:00 and 01:10:00: a disc of 05:00:00 whose key
-    // is (5 + 0 + 0) * 4 + (1 + 20 + 0) = 41. Tracks 2 and 4 are switched off.
-    const std::vector<double> seconds{80, 60, 90, 70};
-    const SimRun run = hour({80 * 75, 60 * 75, 90 * 75, 70 * 75},
-                            "00:00:05 click frmViewer.CDButt\n"
-                            "00:00:07 set Form1.DBGrid1 2  Track 2 - CD41  On\n"
-                            "00:00:07 set Form1.TrackOn 0\n"
-                            "00:00:07 set Form1.DBGrid1 4  Track 4 - CD41  On\n"
-                            "00:00:07 set Form1.TrackOn 0\n"
-                            "00:00:08 click Form1.stopbtn\n");
+// A disc taken out on the air gives the air back to the bank at once.
+TEST_F(CdHour, TheCdTakesTheAirAtSetEndsWithItsWantedTracksInTurnUntilTakenOut) {
+    const SimRun run = hour(kCue, 60);
     EXPECT_EQ(run.end("dead_air_s"), 0) << run.lines("END")[0];
     EXPECT_EQ(run.lines("DIALOG").size(), 3u) << run.out;
 
@@ -63,7 +65,8 @@ TEST_F(CdHour, TheCdTakesTheAirAtSetEndsWithItsWantedTracksInTurn) {
         EXPECT_NE(field(air[i], "recid"), "0") << air[i];
         EXPECT_NE(air[i + 1].find(" slot=1 player=1 "), std::string::npos) << air[i + 1];
         if (track >= 1 && track <= 4) {
-            EXPECT_NEAR(seconds_of(air[i + 1]) - seconds_of(air[i]), seconds[track - 1] - 9, 1.5)
+            EXPECT_NEAR(seconds_of(air[i + 1]) - seconds_of(air[i]), kFrames[track - 1] / 75.0 - 9,
+                        1.5)
                 << air[i + 1];
         }
     }
@@ -82,31 +85,22 @@ TEST_F(CdHour, TheCdTakesTheAirAtSetEndsWithItsWantedTracksInTurn) {
          ++it)
         logged.push_back(track_of((*it)[1]));
     EXPECT_EQ(logged, aired) << log;
-}
 
-// The CD's sound goes through the engine: the mix itself is measured, and
-// it never falls silent while the CD has the air. A disc taken out on the
-// air gives the air back to the bank at once.
-TEST_F(CdHour, TheCdIsMixedByTheEngineAndADiscTakenOutGivesTheAirBackAtOnce) {
-    const std::vector<long> disc{300 * 75, 300 * 75};
-    const SimRun mixed = hour(disc, kCue, false, 30);
-    EXPECT_EQ(mixed.end("dead_air_s"), 0) << mixed.lines("END")[0];
-    const auto first = mixed.lines("AIR");
-    ASSERT_NE(cd_on_air(first), first.end()) << mixed.out;
-
-    // The same half hour again, with the disc taken out 20 seconds into the CD.
+    // Again, with the disc taken out 20 seconds into the CD.
     restart();
-    const int eject = static_cast<int>(seconds_of(*cd_on_air(first))) - 14 * 3600 + 20;
+    const auto first = cd_on_air(air);
+    ASSERT_NE(first, air.end()) << run.out;
+    const int eject = static_cast<int>(seconds_of(*first)) - 14 * 3600 + 20;
     char at[16];
     std::snprintf(at, sizeof at, "%02d:%02d:%02d", eject / 3600, eject / 60 % 60, eject % 60);
-    const SimRun run = hour(disc, kCue + std::string(at) + " cd eject\n", false, 30);
-    ASSERT_EQ(run.lines("CD").size(), 1u);
-    const auto air = run.lines("AIR");
-    const auto taken = cd_on_air(air);
-    ASSERT_TRUE(taken != air.end() && taken + 1 != air.end()) << run.out;
+    const SimRun ejected = hour(kCue + std::string(at) + " cd eject\n", eject / 60 + 2);
+    ASSERT_EQ(ejected.lines("CD").size(), 1u);
+    const auto after = ejected.lines("AIR");
+    const auto taken = cd_on_air(after);
+    ASSERT_TRUE(taken != after.end() && taken + 1 != after.end()) << ejected.out;
     EXPECT_NE((taken + 1)->find(" slot=1 player=1 "), std::string::npos) << *(taken + 1);
     // Within the CD player's next look and the tick after it.
-    EXPECT_NEAR(seconds_of(*(taken + 1)) - seconds_of(*taken), 20, 1.5) << run.out;
+    EXPECT_NEAR(seconds_of(*(taken + 1)) - seconds_of(*taken), 20, 1.5) << ejected.out;
 }
 
 }  // namespace
